@@ -1,0 +1,35 @@
+# One library per subsystem folder. Sources are picked up by glob so that adding
+# a concept means adding its files, not editing lists.
+function(orchidlamp_core_library name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    set(scope PUBLIC)
+  else()
+    add_library(${name} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${name} ${scope} ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} ${scope} ${ARG_DEPENDS})
+  # The core layers are plain C++: a Qt dependency here is a layering fault.
+  get_target_property(deps ${name} INTERFACE_LINK_LIBRARIES)
+  foreach(dep IN LISTS deps)
+    if(dep MATCHES "^Qt")
+      message(FATAL_ERROR "${name} must not link Qt (${dep})")
+    endif()
+  endforeach()
+endfunction()
+
+# One test program per tests/ subfolder, every *_test.cpp in it.
+function(orchidlamp_test_folder name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} orchidlamp_test_support GTest::gtest GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORCHIDLAMP_CLI=$<TARGET_FILE:orchidlamp-cli>;ORCHIDLAMP_SAMPLE=${PROJECT_SOURCE_DIR}/samples/sample.ipd")
+endfunction()

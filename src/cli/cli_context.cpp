@@ -1,0 +1,110 @@
+#include "cli/cli_context.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+
+#include "convert/open_backup.h"
+#include "core/code_page_1256.h"
+#include "core/paths.h"
+#include "ui/program_folder.h"
+#include "ui/settings_store.h"
+
+namespace orchidlamp::cli {
+
+CliContext::CliContext(GlobalOptions options) : ws_(labeller_) {
+  settings_ = ReadStoredSettings();
+  if (options.timeZone) settings_.timeZone = *options.timeZone;
+  if (options.delimiter) settings_.exportDelimiter = *options.delimiter;
+  programFolder_ = options.programDir ? *options.programDir : DefaultProgramFolder();
+  ws_.folders().program = programFolder_;
+  if (options.outDir) ws_.folders().output = *options.outDir;
+}
+
+Status CliContext::Open(const std::string& path) {
+  return OpenBackup(ws_, path, BackupKindOf(path), settings_);
+}
+
+int CliContext::Report(const Failure& failure) {
+  std::cerr << Cp1256ToUtf8(failure.message.text) << '\n';
+  return kExitFailed;
+}
+
+void CliContext::Inform(const Message& message) { std::cout << Cp1256ToUtf8(message.text) << '\n'; }
+
+std::string DisplayLine(std::string_view text8bit) {
+  const std::string utf8 = Cp1256ToUtf8(text8bit);
+  std::string out;
+  out.reserve(utf8.size());
+  for (char c : utf8) {
+    switch (c) {
+      case '\\': out += "\\\\"; break;
+      case '\t': out += "\\t"; break;
+      case '\r': out += "\\r"; break;
+      case '\n': out += "\\n"; break;
+      default:
+        if (static_cast<unsigned char>(c) < 0x20) {
+          char hex[8];
+          std::snprintf(hex, sizeof hex, "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
+          out += hex;
+        } else {
+          out.push_back(c);
+        }
+    }
+  }
+  return out;
+}
+
+int UsageError(std::string_view problem) {
+  std::cerr << "orchidlamp-cli: " << problem << "\n"
+            << "usage: orchidlamp-cli [--timezone TEXT] [--delimiter TEXT] [--program-dir DIR] [--out-dir DIR] "
+               "COMMAND ARGS...\n"
+            << "commands: tree, status, show, export, media, split, merge, sb-edit, convert "
+               "(orchidlamp-cli --help for more)\n";
+  return kExitUsage;
+}
+
+std::vector<std::string> ParsedArgs::All(std::string_view name) const {
+  std::vector<std::string> out;
+  for (const auto& [n, v] : options)
+    if (n == name) out.push_back(v);
+  return out;
+}
+
+std::optional<std::string> ParsedArgs::One(std::string_view name) const {
+  for (auto it = options.rbegin(); it != options.rend(); ++it)
+    if (it->first == name) return it->second;
+  return std::nullopt;
+}
+
+bool ParsedArgs::Has(std::string_view name) const {
+  return std::any_of(options.begin(), options.end(), [&](const auto& o) { return o.first == name; });
+}
+
+std::optional<ParsedArgs> ParseArgs(const std::vector<std::string>& words, const std::vector<std::string>& valued,
+                                    const std::vector<std::string>& flags, std::string& error) {
+  ParsedArgs parsed;
+  auto contains = [](const std::vector<std::string>& list, const std::string& w) {
+    return std::find(list.begin(), list.end(), w) != list.end();
+  };
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string& w = words[i];
+    if (w.rfind("--", 0) != 0) {
+      parsed.positionals.push_back(w);
+    } else if (contains(flags, w)) {
+      parsed.options.emplace_back(w, "");
+    } else if (contains(valued, w)) {
+      if (i + 1 >= words.size()) {
+        error = "option " + w + " needs a value";
+        return std::nullopt;
+      }
+      parsed.options.emplace_back(w, words[++i]);
+    } else {
+      error = "unknown option '" + w + "'";
+      return std::nullopt;
+    }
+  }
+  return parsed;
+}
+
+}  // namespace orchidlamp::cli

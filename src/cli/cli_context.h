@@ -1,0 +1,71 @@
+#pragma once
+
+// What every command of orchidlamp-cli shares: the global options, the workspace
+// it opens files into, and the way messages and record text reach the terminal.
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/message.h"
+#include "core/workspace.h"
+#include "records/record_kinds.h"
+
+namespace orchidlamp::cli {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitUsage = 2;
+
+struct GlobalOptions {
+  std::optional<std::string> timeZone;
+  std::optional<std::string> delimiter;
+  std::optional<std::string> programDir;
+  std::optional<std::string> outDir;
+};
+
+class CliContext {
+ public:
+  explicit CliContext(GlobalOptions options);
+
+  Workspace& workspace() { return ws_; }
+  const StoredSettings& settings() const { return settings_; }
+  const std::string& programFolder() const { return programFolder_; }
+
+  // Opens FILE as the window's open flow does (a BBB is converted first).
+  Status Open(const std::string& path);
+
+  // Information texts go to standard output, warnings and errors to standard error.
+  int Report(const Failure& failure);
+  void Inform(const Message& message);
+
+ private:
+  KindLabeller labeller_;
+  Workspace ws_;
+  StoredSettings settings_;
+  std::string programFolder_;
+};
+
+// 8-bit record text as one line of UTF-8: backslash, tab, CR, LF and other
+// control characters escaped.
+std::string DisplayLine(std::string_view text8bit);
+
+// A malformed command line: the usage text on standard error, exit 2.
+int UsageError(std::string_view problem);
+
+// Splits a command's words into positionals and named options.
+struct ParsedArgs {
+  std::vector<std::string> positionals;
+  std::vector<std::pair<std::string, std::string>> options;  // in order; flags have empty values
+  std::vector<std::string> All(std::string_view name) const;
+  std::optional<std::string> One(std::string_view name) const;
+  bool Has(std::string_view name) const;
+};
+// `valued` names options that take a value; `flags` those that do not. Any
+// other word starting with "--" is an error naming it.
+std::optional<ParsedArgs> ParseArgs(const std::vector<std::string>& words, const std::vector<std::string>& valued,
+                                    const std::vector<std::string>& flags, std::string& error);
+
+}  // namespace orchidlamp::cli

@@ -1,0 +1,10 @@
+#include "cli/commands.h"
+
+namespace orchidlamp::cli {
+
+int RunMerge(CliContext& context, const std::vector<std::string>& words) {
+  (void)words;
+  return context.Report(Fail("This command is not available yet"));
+}
+
+}  // namespace orchidlamp::cli

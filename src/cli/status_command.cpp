@@ -1,0 +1,19 @@
+#include <iostream>
+
+#include "cli/commands.h"
+
+namespace orchidlamp::cli {
+
+int RunStatus(CliContext& context, const std::vector<std::string>& words) {
+  std::string error;
+  auto args = ParseArgs(words, {}, {}, error);
+  if (!args) return UsageError(error);
+  if (args->positionals.size() != 1) return UsageError("status takes one FILE");
+  int exitCode = kExitOk;
+  if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
+  const StatusPanels& status = context.workspace().status();
+  std::cout << DisplayLine(status.main) << '\n' << DisplayLine(status.details) << '\n';
+  return kExitOk;
+}
+
+}  // namespace orchidlamp::cli

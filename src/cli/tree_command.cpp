@@ -1,0 +1,34 @@
+#include <iostream>
+
+#include "cli/commands.h"
+
+namespace orchidlamp::cli {
+
+int RunTree(CliContext& context, const std::vector<std::string>& words) {
+  std::string error;
+  auto args = ParseArgs(words, {}, {}, error);
+  if (!args) return UsageError(error);
+  if (args->positionals.size() != 1) return UsageError("tree takes one FILE");
+  int exitCode = kExitOk;
+  if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
+  const DatabaseTree& tree = context.workspace().tree();
+  std::string out;
+  tree.ForEachDepthFirst([&](NodeId id, int depth) {
+    const TreeNode& n = tree[id];
+    out += std::to_string(depth);
+    out += '\t';
+    out += DisplayLine(n.key);
+    out += '\t';
+    out += ImageKeyText(n.image);
+    out += '\t';
+    out += n.TagText();
+    out += '\t';
+    out += DisplayLine(n.text);
+    out += '\n';
+    if (out.size() > (1 << 20)) std::cout << out, out.clear();
+  });
+  std::cout << out;
+  return kExitOk;
+}
+
+}  // namespace orchidlamp::cli

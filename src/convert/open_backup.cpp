@@ -1,0 +1,21 @@
+#include "convert/open_backup.h"
+
+#include <fstream>
+
+namespace orchidlamp {
+
+BackupKind BackupKindOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  char head[4] = {};
+  in.read(head, 4);
+  const bool zip = in.gcount() == 4 && head[0] == 'P' && head[1] == 'K' && head[2] == 3 && head[3] == 4;
+  return zip ? BackupKind::Bbb : BackupKind::Ipd;
+}
+
+Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
+                  Progress* progress) {
+  (void)kind;  // desktop backups are converted first once their reader lands
+  return ws.Load(path, settings, progress);
+}
+
+}  // namespace orchidlamp

@@ -1,0 +1,24 @@
+#pragma once
+
+// The Arabic single-byte code page (Windows-1256): every 8-bit text of the system
+// is in it. The tables come from the platform's iconv and are built once.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace orchidlamp {
+
+// The code page byte of a UTF-16 code unit; '?' where the code page has none.
+std::uint8_t UnicodeToCp1256(char16_t unit);
+
+// The Unicode character a code page byte stands for.
+char32_t Cp1256ToUnicode(std::uint8_t byte);
+
+// 8-bit text as UTF-8, for display and standard output.
+std::string Cp1256ToUtf8(std::string_view text);
+
+// UTF-8 (what a user types) as 8-bit text; '?' for what has no byte.
+std::string Utf8ToCp1256(std::string_view utf8);
+
+}  // namespace orchidlamp

@@ -1,0 +1,81 @@
+#include "core/file_io.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace orchidlamp {
+namespace {
+
+Failure IoFailure(const std::string& what, const std::string& path) {
+  return Fail(what + " " + path + ": " + std::strerror(errno));
+}
+
+Status WriteAll(int fd, const std::string& path, ByteView bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+    if (n < 0) {
+      if (errno == EINTR) continue;
+      Failure f = IoFailure("Cannot write", path);
+      ::close(fd);
+      return f;
+    }
+    done += static_cast<std::size_t>(n);
+  }
+  if (::close(fd) != 0) return IoFailure("Cannot write", path);
+  return Ok();
+}
+
+Status WriteWithFlags(const std::string& path, ByteView bytes, int flags) {
+  struct stat st {};
+  if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail("Cannot write " + path + ": it is a folder");
+  const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0644);
+  if (fd < 0) return IoFailure("Cannot write", path);
+  return WriteAll(fd, path, bytes);
+}
+
+}  // namespace
+
+Result<Bytes> ReadWholeFile(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return IoFailure("Cannot open", path);
+  struct stat st {};
+  if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+    if (S_ISDIR(st.st_mode)) errno = EISDIR;
+    Failure f = IoFailure("Cannot open", path);
+    ::close(fd);
+    return f;
+  }
+  Bytes bytes(static_cast<std::size_t>(st.st_size));
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t n = ::read(fd, bytes.data() + done, bytes.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) break;
+    done += static_cast<std::size_t>(n);
+  }
+  ::close(fd);
+  bytes.resize(done);
+  return bytes;
+}
+
+Status WriteInPlace(const std::string& path, ByteView bytes) { return WriteWithFlags(path, bytes, 0); }
+
+Status WriteTruncating(const std::string& path, ByteView bytes) { return WriteWithFlags(path, bytes, O_TRUNC); }
+
+bool FolderExists(const std::string& path) {
+  struct stat st {};
+  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+Status CreateFolder(const std::string& path) {
+  if (FolderExists(path)) return Ok();
+  if (::mkdir(path.c_str(), 0755) != 0) return IoFailure("Cannot create folder", path);
+  return Ok();
+}
+
+}  // namespace orchidlamp

@@ -1,0 +1,37 @@
+#include "records/record_click.h"
+
+#include "records/contact_picture.h"
+#include "records/record_kinds.h"
+#include "records/service_book_panel.h"
+
+namespace orchidlamp {
+
+ClickResult ClickNode(Workspace& ws, NodeId node) {
+  const DatabaseTree& tree = ws.tree();
+  if (node == kNoNode || static_cast<std::size_t>(node) >= tree.size()) return {};
+  const TreeNode& n = tree[node];
+  if (n.childCount >= 2) {
+    ws.menus().servicebook = false;
+    return {};
+  }
+  const std::string name = n.parent == kNoNode ? std::string() : tree[n.parent].text;
+  if (name != InfoOf(Kind::ServiceBook).name) ws.menus().servicebook = false;
+  const auto kind = KindByName(name);
+  if (!kind || !n.tag) return {};
+  try {
+    const ByteView body = ws.Body(*n.tag);
+    if (*kind == Kind::ServiceBook) {
+      ApplyServiceBookBoxes(DecodeServiceBookPanel(body), ws.hrtnet);
+      ws.menus().servicebook = true;
+      return {kind, {}};
+    }
+    const ContactPictureSink pictures = ContactPictureWriter(ws.ProgramFolder());
+    const DecodeContext context{ws.settings().timeZoneHours, n.tag->first, &pictures};
+    return {kind, RowOf(*kind).decode(body, context)};
+  } catch (const CommandError&) {
+    // A record the panel cannot be filled from shows nothing, as a failed click always has.
+    return {};
+  }
+}
+
+}  // namespace orchidlamp

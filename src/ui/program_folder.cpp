@@ -1,0 +1,25 @@
+#include "ui/program_folder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include "core/file_io.h"
+#include "core/paths.h"
+
+namespace orchidlamp {
+
+std::string DefaultProgramFolder() {
+  const QString exeFolder = QCoreApplication::applicationDirPath();
+  if (QFileInfo(exeFolder).isWritable()) return exeFolder.toStdString();
+  const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+  QDir().mkpath(data);
+  return data.toStdString();
+}
+
+void EnsureMediaFolder(const std::string& programFolder) {
+  (void)CreateFolder(JoinPath(programFolder, "media"));
+}
+
+}  // namespace orchidlamp
