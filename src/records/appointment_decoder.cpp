@@ -14,8 +14,10 @@ FieldList AppointmentFields(ByteView body, bool nested) {
 }
 
 // The calendar's plain route is not cleaned, unlike its UTF-16 route; kept so.
-std::string CalendarText(const FieldList& fields, int plainCode, bool keepLineBreaks) {
-  return PairedText(fields, plainCode + 128, plainCode, keepLineBreaks, /*cleanPlain=*/false);
+// The calendar's codes do not all pair as plain + 128: location is 132 / 3 and
+// the notes 131 / 4.
+std::string CalendarText(const FieldList& fields, int wideCode, int plainCode, bool keepLineBreaks) {
+  return PairedText(fields, wideCode, plainCode, keepLineBreaks, /*cleanPlain=*/false);
 }
 
 std::string MinutesText(const FieldList& fields, int code, double timeZoneHours) {
@@ -28,16 +30,16 @@ std::string MinutesText(const FieldList& fields, int code, double timeZoneHours)
 DecodedAppointment DecodeAppointment(ByteView body, bool nested, double timeZoneHours) {
   DecodedAppointment a;
   const FieldList fields = AppointmentFields(body, nested);
-  a.Subject = CalendarText(fields, 2, false);
-  a.Location = CalendarText(fields, 3, false);
+  a.Subject = CalendarText(fields, 130, 2, false);
+  a.Location = CalendarText(fields, 132, 3, false);
   a.Start = MinutesText(fields, 6, timeZoneHours);
   a.End = MinutesText(fields, 7, timeZoneHours);
-  a.AppointmentNotes = CalendarText(fields, 4, true);
+  a.AppointmentNotes = CalendarText(fields, 131, 4, true);
   return a;
 }
 
 std::string AppointmentLabel(ByteView body, bool nested) {
-  return CalendarText(AppointmentFields(body, nested), 2, false);
+  return CalendarText(AppointmentFields(body, nested), 130, 2, false);
 }
 
 }  // namespace orchidlamp
