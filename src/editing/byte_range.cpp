@@ -1,0 +1,22 @@
+#include "editing/byte_range.h"
+
+#include <string>
+
+#include "core/message.h"
+
+namespace orchidlamp {
+
+ByteView CheckedRange(ByteView bytes, std::int64_t from, std::int64_t through) {
+  const auto size = static_cast<std::int64_t>(bytes.size());
+  if (from < 0 || through >= size || from > through + 1)
+    throw CommandError("Record position " + std::to_string(from) + ":" + std::to_string(through) +
+                       " lies outside the loaded file");
+  return bytes.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(through - from + 1));
+}
+
+const RecordSpan& TagOf(const TreeNode& node) {
+  if (!node.tag) throw CommandError("The node \"" + node.text + "\" holds no record position");
+  return *node.tag;
+}
+
+}  // namespace orchidlamp

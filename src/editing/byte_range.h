@@ -1,0 +1,21 @@
+#pragma once
+
+// Bounds-checked views of a loaded byte array by record positions. The writers
+// copy bytes by the positions in node tags; a position outside the array stops
+// the command (CommandError) before anything is written.
+
+#include <cstdint>
+
+#include "core/bytes.h"
+#include "core/database_tree.h"
+
+namespace orchidlamp {
+
+// The bytes [from, through]; empty when through == from - 1. Throws CommandError
+// for anything outside `bytes` or running backwards further than that.
+ByteView CheckedRange(ByteView bytes, std::int64_t from, std::int64_t through);
+
+// The tag of a record node; CommandError when the node has none.
+const RecordSpan& TagOf(const TreeNode& node);
+
+}  // namespace orchidlamp
