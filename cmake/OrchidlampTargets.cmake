@@ -30,6 +30,5 @@ function(orchidlamp_test_folder name)
   endif()
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} orchidlamp_test_support GTest::gtest GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORCHIDLAMP_CLI=${PROJECT_BINARY_DIR}/src/cli/orchidlamp-cli;ORCHIDLAMP_SAMPLE=${PROJECT_SOURCE_DIR}/samples/sample.ipd")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=offscreen)
 endfunction()

@@ -11,11 +11,11 @@ struct CliRun {
   std::string err;
 };
 
-// Runs the built orchidlamp-cli (its path comes from ORCHIDLAMP_CLI) with these
+// Runs the built orchidlamp-cli (or the one ORCHIDLAMP_CLI names) with these
 // arguments and an isolated settings store.
 CliRun RunCli(const std::vector<std::string>& args);
 
-// The bundled sample backup (ORCHIDLAMP_SAMPLE).
+// The bundled sample backup (or the file ORCHIDLAMP_SAMPLE names).
 std::string SamplePath();
 
 }  // namespace orchidlamp::testing
