@@ -1,0 +1,47 @@
+#include "ui/main_controller.h"
+
+#include "ui/display_text.h"
+#include "ui/settings_store.h"
+#include "ui/tree_search.h"
+
+namespace orchidlamp {
+
+MainController::MainController(std::string programFolder, QObject* parent) : QObject(parent), ws_(labeller_) {
+  ws_.folders().program = std::move(programFolder);
+}
+
+QString MainController::OpenFilter() { return QStringLiteral("IPD Files (*.ipd);;BBB Files (*.bbb)"); }
+
+BackupKind MainController::KindOfFilterIndex(int filterIndex) {
+  return filterIndex == 2 ? BackupKind::Bbb : BackupKind::Ipd;
+}
+
+std::optional<BackupKind> MainController::KindOfGivenPath(const QString& path) {
+  if (path.endsWith(QStringLiteral(".ipd"), Qt::CaseSensitive)) return BackupKind::Ipd;
+  if (path.endsWith(QStringLiteral(".bbb"), Qt::CaseSensitive)) return BackupKind::Bbb;
+  return std::nullopt;
+}
+
+QString MainController::CommandLinePath(const QStringList& arguments) {
+  return arguments.mid(1).join(QLatin1Char(' '));
+}
+
+Status MainController::Open(const QString& path, BackupKind kind, Progress* progress) {
+  Status status = OpenBackup(ws_, ToPath(path), kind, ReadStoredSettings(), progress);
+  emit changed();
+  return status;
+}
+
+ClickResult MainController::Click(NodeId node) {
+  ws_.selected = node;
+  ClickResult result = ClickNode(ws_, node);
+  emit changed();
+  return result;
+}
+
+NodeId MainController::NextMatch(const QString& text) {
+  ++occurrence_;
+  return FindNode(ws_.tree(), text, occurrence_);
+}
+
+}  // namespace orchidlamp

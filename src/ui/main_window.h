@@ -1,0 +1,110 @@
+#pragma once
+
+// frmMain: the program's window. The tree of the open backup on the left, the
+// record detail frames on the right, the menu bar with every command, the status
+// bar sbrDB with its "main" and "details" panels and the busy bar pg. The logic
+// lives in MainController; this class binds widgets to it and puts questions to
+// the user through UserPrompts.
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QStringList>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "convert/open_backup.h"
+#include "ui/icon_set.h"
+#include "ui/main_controller.h"
+#include "ui/menu_image.h"
+
+class QAction;
+class QFrame;
+class QLabel;
+class QMenu;
+class QMimeData;
+class QProgressBar;
+class QTimer;
+class QTreeView;
+
+namespace orchidlamp {
+
+class DetailPanels;
+class TreeModel;
+class UserPrompts;
+class frmSplash;
+
+class frmMain final : public QMainWindow {
+  Q_OBJECT
+ public:
+  // `prompts` null: the real dialogs. The window does not own given prompts.
+  explicit frmMain(std::string programFolder, UserPrompts* prompts = nullptr, QWidget* parent = nullptr);
+  ~frmMain() override;
+
+  // The last start-up step: the whole command line after the program name is
+  // the path; one that does not end in ".ipd" or ".bbb" is ignored silently.
+  void OpenCommandLine(const QStringList& arguments);
+  // Open with a given path: the path rule decides the kind, or nothing happens.
+  void OpenGivenPath(const QString& path);
+  // Loads a backup as Open does once its path and kind are known.
+  void OpenFile(const QString& path, BackupKind kind);
+
+  MainController& controller() { return controller_; }
+  TreeModel* model() const { return model_; }
+  QTreeView* tree() const { return tvwMain_; }
+  DetailPanels* panels() const { return panels_; }
+  bool loading() const { return loading_; }
+
+ public slots:
+  void mOpen_Click();
+  void mSaveas_Click();
+  void mExit_Click();
+  void mEdit_Click();
+  void mExport_Click();
+  void mMerge_Click();
+  void mSplit_Click();
+  void mSearch_Click();
+  void epng_Click();
+  void ejpg_Click();
+  void mSettings_Click();
+  void mMainhelp_Click();
+  void mAbout_Click();
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  QAction* AddItem(QMenu* menu, const char* name, const QString& caption, void (frmMain::*slot)());
+  void BuildMenus();
+  void BuildStatusBar();
+  void ResetWindow();
+  void Refresh();
+  void NodeClicked(const QModelIndex& index);
+  void Timer1_Timer();
+  void CloseSplash();
+  void Centre();
+  static std::optional<QString> DroppedPath(const QMimeData* data);
+
+  std::unique_ptr<UserPrompts> ownPrompts_;
+  UserPrompts& prompts_;
+  IconSet icons_;
+  MainController controller_;
+  MenuImage menuImage_;
+  TreeModel* model_ = nullptr;
+  QTreeView* tvwMain_ = nullptr;
+  DetailPanels* panels_ = nullptr;
+  QLabel* mainPanel_ = nullptr;
+  QLabel* detailsPanel_ = nullptr;
+  QFrame* waitFrame_ = nullptr;
+  QProgressBar* pg_ = nullptr;
+  QTimer* timer1_ = nullptr;
+  QMenu* mServicebook_ = nullptr;
+  QMenu* mManipulate_ = nullptr;
+  QAction* mSaveas_ = nullptr;
+  QPointer<frmSplash> splash_;
+  bool loading_ = false;
+};
+
+}  // namespace orchidlamp

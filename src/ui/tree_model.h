@@ -1,0 +1,54 @@
+#pragma once
+
+// tvwMain's model: a view over the workspace's DatabaseTree without an item per
+// record. Rows are looked up through a child index rebuilt on every Rebuild(),
+// so a backup of a million records opens and scrolls without per-node objects.
+//
+// The tree is owned by the workspace and changes only while a file loads. Call
+// Detach() before anything changes it and Rebuild() afterwards; between the two
+// the model shows nothing, so a view repainting during a load never reads a tree
+// that is half built.
+
+#include <QAbstractItemModel>
+#include <vector>
+
+#include "core/database_tree.h"
+
+namespace orchidlamp {
+
+class IconSet;
+
+class TreeModel final : public QAbstractItemModel {
+  Q_OBJECT
+ public:
+  TreeModel(const DatabaseTree& tree, const IconSet& icons, QObject* parent = nullptr);
+
+  void Detach();
+  void Rebuild();
+
+  QModelIndex IndexOf(NodeId id) const;
+  // kNoNode for an invalid index.
+  NodeId NodeOf(const QModelIndex& index) const;
+
+  QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+  QModelIndex parent(const QModelIndex& child) const override;
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+  bool hasChildren(const QModelIndex& parent = {}) const override;
+
+ private:
+  // The children of a node (kNoNode: the top level) in order.
+  std::pair<const NodeId*, int> ChildrenOf(NodeId id) const;
+
+  const DatabaseTree& tree_;
+  const IconSet& icons_;
+  bool attached_ = false;
+  // Children of node n are children_[begin_[n + 1] .. begin_[n + 2]); slot 0 is
+  // the top level. row_[n] is node n's row under its parent.
+  std::vector<NodeId> children_;
+  std::vector<std::int32_t> begin_;
+  std::vector<std::int32_t> row_;
+};
+
+}  // namespace orchidlamp

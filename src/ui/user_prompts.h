@@ -1,0 +1,40 @@
+#pragma once
+
+// Every modal question and message the windows put to the user goes through
+// this, so the window logic can be driven without a person at the keyboard.
+
+#include <QString>
+#include <optional>
+
+#include "core/message.h"
+
+class QWidget;
+
+namespace orchidlamp {
+
+struct ChosenFile {
+  QString path;
+  int filterIndex = 1;  // 1-based, as the filter string lists them
+};
+
+class UserPrompts {
+ public:
+  virtual ~UserPrompts() = default;
+  // nullopt when the user cancels.
+  virtual std::optional<ChosenFile> ChooseFileToOpen(QWidget* parent, const QString& filter) = 0;
+  // nullopt when the user cancels.
+  virtual std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) = 0;
+  virtual bool AskYesNo(QWidget* parent, const QString& title, const QString& question) = 0;
+  virtual void Tell(QWidget* parent, const Message& message) = 0;
+};
+
+// The real dialogs.
+class DialogPrompts final : public UserPrompts {
+ public:
+  std::optional<ChosenFile> ChooseFileToOpen(QWidget* parent, const QString& filter) override;
+  std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) override;
+  bool AskYesNo(QWidget* parent, const QString& title, const QString& question) override;
+  void Tell(QWidget* parent, const Message& message) override;
+};
+
+}  // namespace orchidlamp
