@@ -35,11 +35,14 @@ inline constexpr Command kCommands[] = {
     {"export", RunExport, "export FILE (--txt|--csv) --scope record|kind|all [--node TAG]",
      "export records as a text report or CSV beside the backup"},
     {"media", RunMedia, "media FILE (--jpg|--png)", "save embedded JPEG or PNG pictures to the media folder"},
-    {"split", RunSplit, "split FILE OUT [--toggle NODE]...", "write the ticked databases and records to OUT"},
+    {"split", RunSplit, "split FILE OUT [--toggle NODE]...",
+     "write the ticked databases and records to OUT; NODE is a node key (\"Top\", \"3DBTop\") "
+     "or a record tag, and one that names no node fails (exit 1)"},
     {"merge", RunMerge, "merge FILE1 FILE2 OUT [--toggle1 NODE]... [--toggle2 NODE]...",
-     "merge the ticked databases of two backups into OUT"},
+     "merge the ticked databases of two backups into OUT; NODE as for split, an unknown one fails (exit 1)"},
     {"sb-edit", RunSbEdit, "sb-edit FILE TAG [--set N=VALUE]... (--save|--save-all)",
-     "edit a service-book record and save it as a new IPD"},
+     "edit a service-book record and save it as a new IPD beside FILE (or in --out-dir); a TAG "
+     "that is no service-book record opens no editor and writes nothing (exit 0)"},
     {"convert", RunConvert, "convert IN OUT --to ipd|bbb-win|bbb-mac", "save the backup as IPD or a desktop backup"},
 };
 

@@ -51,7 +51,7 @@ class EditSB {
   Result<EditorSave> SaveAll(const Workspace& ws) const;
 
   // The editor's boxes, hrtnet(0) ... hrtnet(21); the front end edits them.
-  ServiceBookValues hrtnet{};
+  EditorValues hrtnet{};
 
  private:
   NodeId node_ = kNoNode;

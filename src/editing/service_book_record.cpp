@@ -30,7 +30,7 @@ std::string LowByte(std::string_view text, std::size_t box) { return ByteToHex(S
 // Field 0x09: 0x02, then six length-type sub-fields, one per value 11-16, each
 // with a 0x00 after its text. The length's high byte is always 0x00 and its low
 // byte wraps: the layout cannot say more.
-std::string ConnectionField(const ServiceBookValues& values) {
+std::string ConnectionField(const EditorValues& values) {
   static constexpr std::array<std::string_view, 6> kSubTypes = {"01", "03", "04", "09", "0A", "0B"};
   std::string data = "02";
   for (std::size_t i = 0; i < kSubTypes.size(); ++i) {
@@ -54,7 +54,7 @@ std::vector<std::string> SplitAtDots(std::string_view text) {
 
 // Field 0x16's data: the network settings from values 0-10, each sub-field
 // written only when its values are there.
-std::string NetworkData(const ServiceBookValues& raw) {
+std::string NetworkData(const EditorValues& raw) {
   std::array<std::string, 11> v;
   for (std::size_t i = 0; i < v.size(); ++i) v[i] = CleanControlChars(raw[i], false);
   std::string data;
@@ -98,7 +98,7 @@ std::string MakeStringField(std::string_view text, std::string_view typeHex, boo
          (terminate ? "00" : "");
 }
 
-BuiltRecord BuildRecord(std::string_view code, const ServiceBookValues& values) {
+BuiltRecord BuildRecord(std::string_view code, const EditorValues& values) {
   const std::string_view header = Mid(code, 13, 14);
   const std::string_view fields = Mid(code, 27);
   const std::string f01 = FindField(fields, "01");

@@ -15,7 +15,7 @@
 
 namespace orchidlamp {
 
-using ServiceBookValues = std::array<std::string, kServiceBookBoxes>;
+using EditorValues = std::array<std::string, kServiceBookBoxes>;
 
 inline constexpr std::string_view kBlankServiceBookValue = "Service-book name, UID, CID, UserID cannot be blank";
 
@@ -34,7 +34,7 @@ struct BuiltRecord {
 // message (critical icon); a blank user id (value 20) only leaves its field out.
 // Throws CommandError when a numeric value is no number, when value 4 has fewer
 // than five parts, or when a field or the record outgrows its 16-bit length.
-BuiltRecord BuildRecord(std::string_view code, const ServiceBookValues& values);
+BuiltRecord BuildRecord(std::string_view code, const EditorValues& values);
 
 // 16-bit little-endian length, the type byte, the text's 8-bit characters and,
 // when `terminate`, one 0x00 that the length counts. Throws CommandError past
