@@ -1,10 +1,28 @@
+#include <iostream>
+
 #include "cli/commands.h"
+#include "export/media_extraction.h"
+#include "ui/program_folder.h"
 
 namespace orchidlamp::cli {
 
 int RunMedia(CliContext& context, const std::vector<std::string>& words) {
-  (void)words;
-  return context.Report(Fail("This command is not available yet"));
+  std::string error;
+  auto args = ParseArgs(words, {}, {"--jpg", "--png"}, error);
+  if (!args) return UsageError(error);
+  if (args->positionals.size() != 1) return UsageError("media takes one FILE");
+  if (args->Has("--jpg") == args->Has("--png")) return UsageError("media needs exactly one of --jpg and --png");
+
+  // The window makes the media folder when it starts; extraction itself never does.
+  EnsureMediaFolder(context.programFolder());
+  int exitCode = kExitOk;
+  if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
+  const Workspace& ws = context.workspace();
+  const MediaExtraction run = args->Has("--png") ? ExtractPngImages(ws) : ExtractJpgImages(ws);
+  for (const std::string& path : run.saved) std::cout << path << '\n';
+  if (run.failure) return context.Report(*run.failure);
+  if (run.success) context.Inform(*run.success);
+  return kExitOk;
 }
 
 }  // namespace orchidlamp::cli
