@@ -2,6 +2,8 @@
 
 #include <fstream>
 
+#include "convert/desktop_backup_reader.h"
+
 namespace orchidlamp {
 
 BackupKind BackupKindOf(const std::string& path) {
@@ -14,8 +16,10 @@ BackupKind BackupKindOf(const std::string& path) {
 
 Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
                   Progress* progress) {
-  (void)kind;  // desktop backups are converted first once their reader lands
-  return ws.Load(path, settings, progress);
+  if (kind == BackupKind::Ipd) return ws.Load(path, settings, progress);
+  auto ipd = ConvertDesktopBackup(path, ws.clock(), SystemTempFolder(), progress);
+  if (!ipd) return ipd.failure();
+  return ws.Load(ipd.value(), settings, progress);
 }
 
 }  // namespace orchidlamp

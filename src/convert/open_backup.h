@@ -17,6 +17,10 @@ enum class BackupKind { Ipd, Bbb };
 // By content: a file that starts with a zip local-file signature is a BBB.
 BackupKind BackupKindOf(const std::string& path);
 
+// For a BBB the workspace then holds the temporary IPD under the system
+// temporary folder: its path is the root node's text and the folder exports go
+// to, as it has always been. A BBB that cannot be converted fails with the
+// reason and leaves the workspace as it was.
 Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
                   Progress* progress = nullptr);
 

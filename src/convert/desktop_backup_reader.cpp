@@ -1,0 +1,166 @@
+#include "convert/desktop_backup_reader.h"
+
+#include <unistd.h>
+
+#include <fstream>
+
+#include "convert/xml_document.h"
+#include "core/file_io.h"
+#include "core/hex_text.h"
+#include "core/ipd_format.h"
+#include "core/paths.h"
+
+namespace orchidlamp {
+namespace {
+
+constexpr std::size_t kDatNameOffset = kIpdHeaderSize;
+
+Failure Truncated(const std::string& name) {
+  return Fail(name + " in the desktop backup is shorter than its lengths state");
+}
+
+void Append(Bytes& to, ByteView bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
+
+// A uid names a file in the work folder; anything that could name another
+// folder is not a uid the desktop software writes.
+bool IsSafeUid(const std::string& uid) {
+  return !uid.empty() && uid != "." && uid != ".." && uid.find_first_of(std::string_view("/\\\0", 3)) == std::string::npos;
+}
+
+Result<std::string> ConvertWindows(const XmlDocument& manifest, const WorkFolder& work, const std::string& result,
+                                   Progress* progress) {
+  auto uids = manifest.SelectEach(std::string(kManifestDatabasesXPath), "@uid");
+  if (!uids) return uids.failure();
+  const std::size_t count = uids->size();
+  if (count > kMaxManifestDatabases)
+    return Fail("Manifest.xml lists " + std::to_string(count) + " databases; at most " +
+                std::to_string(kMaxManifestDatabases) + " can be read");
+
+  DatabaseParts parts;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto& uid = uids.value()[i];
+    if (!uid) return Fail("Database " + std::to_string(i + 1) + " of Manifest.xml has no uid");
+    if (!IsSafeUid(*uid)) return Fail("Manifest.xml names an unsafe database file: " + *uid);
+    const std::string dat = JoinPath(work.folder, *uid + ".dat");
+    if (::access(dat.c_str(), F_OK) != 0)
+      return Fail("The desktop backup lacks " + *uid + ".dat, which Manifest.xml lists");
+    Status appended = AppendDatabaseFile(dat, parts, progress);
+    if (!appended) return appended.failure();
+  }
+
+  // The header's count byte is the count modulo 256, as every writer's is.
+  const Bytes header = HexToBytes(IpdHeaderHex(count));
+  if (Status s = WriteTruncating(work.ipdPart, header); !s) return s.failure();
+  if (Status s = WriteTruncating(work.hPart, parts.names); !s) return s.failure();
+  if (Status s = WriteTruncating(work.rPart, parts.records); !s) return s.failure();
+  if (Status s = ConcatenateFiles(result, {work.ipdPart, work.hPart, work.rPart}); !s) return s.failure();
+  return result;
+}
+
+Result<std::string> ConvertMac(const WorkFolder& work, const std::string& result) {
+  const std::string source = JoinPath(work.folder, kMacDatabasesIpd);
+  if (::access(source.c_str(), F_OK) != 0)
+    return Fail("The desktop backup lacks " + std::string(kMacDatabasesIpd) + ", which " +
+                std::string(kMacBackupXml) + " goes with");
+  if (Status s = ConcatenateFiles(result, {source}); !s) return s.failure();
+  return result;
+}
+
+}  // namespace
+
+Status AppendDatabaseBytes(ByteView dat, const std::string& name, DatabaseParts& parts, Progress* progress) {
+  const std::size_t size = dat.size();
+  if (size < kDatNameOffset + 2) return Truncated(name);
+  const std::size_t nameLength = ReadLE16(dat, kDatNameOffset);
+  if (size - kDatNameOffset - 2 < nameLength) return Truncated(name);
+
+  // Built aside, so that a file refused halfway adds nothing.
+  Bytes records;
+  records.reserve(size);
+  std::size_t p = kDatNameOffset + 2 + nameLength;
+  std::size_t done = 0;
+  while (p < size) {
+    if (size - p < 6) return Truncated(name);
+    const std::uint32_t x = ReadLE16(dat, p);
+    const std::uint32_t length = ReadLE32(dat, p + 2);
+    if (length > size - p - 6) return Truncated(name);
+    const std::uint32_t index = (x - 1) & 0xFFFF;
+    records.push_back(static_cast<std::uint8_t>(index & 0xFF));
+    records.push_back(static_cast<std::uint8_t>(index >> 8));
+    Append(records, dat.subspan(p + 2, 4 + std::size_t{length}));
+    p += 6 + std::size_t{length};
+    Report(progress, ++done, 0);
+    if (p >= size - 1) continue;
+    // Only this order is dropped: a 00 block after a 01 block is read as a record.
+    if (IsMarkerAt(dat, p, 0x00)) p += 6;
+    if (IsMarkerAt(dat, p, 0x01)) p += 6;
+  }
+  Append(parts.names, dat.subspan(kDatNameOffset, 2 + nameLength));
+  Append(parts.records, records);
+  return Ok();
+}
+
+Status AppendDatabaseFile(const std::string& datPath, DatabaseParts& parts, Progress* progress) {
+  auto bytes = ReadWholeFile(datPath);
+  if (!bytes) return bytes.failure();
+  return AppendDatabaseBytes(bytes.value(), FileNameOf(datPath), parts, progress);
+}
+
+Status ConcatenateFiles(const std::string& target, const std::vector<std::string>& parts) {
+  std::ofstream out(target, std::ios::binary | std::ios::trunc);
+  if (!out) return Fail("Cannot write " + target);
+  for (const std::string& part : parts) {
+    std::ifstream in(part, std::ios::binary);
+    if (!in) {
+      out.close();
+      ::unlink(target.c_str());
+      return Fail("Cannot read " + part);
+    }
+    out << in.rdbuf();
+    // An empty part makes operator<< set failbit without any error.
+    if (in.bad() || out.bad()) {
+      out.close();
+      ::unlink(target.c_str());
+      return Fail("Cannot write " + target);
+    }
+    out.clear();
+  }
+  out.close();
+  if (!out) {
+    ::unlink(target.c_str());
+    return Fail("Cannot write " + target);
+  }
+  return Ok();
+}
+
+Result<std::string> ConvertExtracted(const WorkFolder& work, const Clock& clock, Progress* progress) {
+  const std::string manifestPath = JoinPath(work.folder, kManifestXml);
+  const std::string macPath = JoinPath(work.folder, kMacBackupXml);
+  auto manifest = XmlDocument::Load(manifestPath);
+  std::optional<Result<XmlDocument>> mac;
+  if (!manifest) mac.emplace(XmlDocument::Load(macPath));
+  const std::string result = JoinPath(work.folder, "OL_" + DdHhNnSs(clock()) + ".ipd");
+
+  if (manifest) return ConvertWindows(manifest.value(), work, result, progress);
+  if (mac->ok()) return ConvertMac(work, result);
+  // Neither loaded: the parser's reason, for the file that is there.
+  const bool manifestThere = ::access(manifestPath.c_str(), F_OK) == 0;
+  const bool macThere = ::access(macPath.c_str(), F_OK) == 0;
+  if (manifestThere && !macThere) return manifest.failure();
+  if (macThere) return mac->failure();
+  return Fail("The desktop backup holds neither " + std::string(kManifestXml) + " nor " + std::string(kMacBackupXml));
+}
+
+Result<std::string> ConvertDesktopBackup(const std::string& bbbPath, const Clock& clock, const std::string& tempRoot,
+                                         Progress* progress, const ExtractLimits& limits) {
+  auto work = CreateWorkFolder(tempRoot, clock);
+  if (!work) return work.failure();
+  auto converted = [&]() -> Result<std::string> {
+    if (Status extracted = ExtractArchive(bbbPath, work->folder, limits); !extracted) return extracted.failure();
+    return ConvertExtracted(work.value(), clock, progress);
+  }();
+  if (!converted) RemoveFolderTree(work->folder);
+  return converted;
+}
+
+}  // namespace orchidlamp

@@ -1,0 +1,193 @@
+#include "convert/zip_archive.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <zip.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <set>
+#include <string_view>
+
+#include "core/paths.h"
+
+namespace orchidlamp {
+namespace {
+
+struct ArchiveCloser {
+  void operator()(zip_t* za) const { zip_discard(za); }
+};
+using ArchiveHandle = std::unique_ptr<zip_t, ArchiveCloser>;
+
+struct EntryCloser {
+  void operator()(zip_file_t* f) const { zip_fclose(f); }
+};
+using EntryHandle = std::unique_ptr<zip_file_t, EntryCloser>;
+
+std::string ErrorText(int code) {
+  zip_error_t error;
+  zip_error_init_with_code(&error, code);
+  std::string text = zip_error_strerror(&error);
+  zip_error_fini(&error);
+  return text;
+}
+
+Result<ArchiveHandle> OpenForReading(const std::string& path) {
+  int code = 0;
+  zip_t* za = zip_open(path.c_str(), ZIP_RDONLY, &code);
+  if (!za) return Fail("Cannot open the desktop backup " + path + ": " + ErrorText(code));
+  return ArchiveHandle(za);
+}
+
+// A name is refused when any reading of it could leave the target folder, even
+// though only its last component is used: such an archive is not a backup.
+bool IsHostileName(std::string_view name) {
+  if (name.empty() || name.front() == '/' || name.front() == '\\') return true;
+  if (name.size() >= 2 && name[1] == ':') return true;
+  std::size_t start = 0;
+  while (start <= name.size()) {
+    const std::size_t end = std::min(name.find_first_of("/\\", start), name.size());
+    if (name.substr(start, end - start) == "..") return true;
+    start = end + 1;
+  }
+  return false;
+}
+
+bool IsFolderEntry(std::string_view name) { return name.back() == '/' || name.back() == '\\'; }
+
+struct PlannedEntry {
+  zip_uint64_t index;
+  std::string target;
+  std::uint64_t size;
+};
+
+Status Copy(zip_t* za, const PlannedEntry& entry, const std::string& archivePath) {
+  EntryHandle in(zip_fopen_index(za, entry.index, 0));
+  if (!in) return Fail("Cannot read " + entry.target + " from " + archivePath + ": " + zip_strerror(za));
+  const int fd = ::open(entry.target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+  if (fd < 0) return Fail("Cannot write " + entry.target + ": " + std::strerror(errno));
+  auto fail = [&](std::string text) -> Status {
+    ::close(fd);
+    ::unlink(entry.target.c_str());
+    return Fail(std::move(text));
+  };
+  std::array<char, 1 << 16> buffer;
+  std::uint64_t written = 0;
+  for (;;) {
+    const zip_int64_t n = zip_fread(in.get(), buffer.data(), buffer.size());
+    if (n < 0) return fail("Cannot read " + entry.target + " from " + archivePath + ": " + zip_file_strerror(in.get()));
+    if (n == 0) break;
+    // The stated size was checked against the limits; an entry that inflates
+    // past it is lying about its size.
+    written += static_cast<std::uint64_t>(n);
+    if (written > entry.size) return fail("The entry " + entry.target + " in " + archivePath + " is larger than it states");
+    for (zip_int64_t done = 0; done < n;) {
+      const ssize_t w = ::write(fd, buffer.data() + done, static_cast<std::size_t>(n - done));
+      if (w < 0 && errno == EINTR) continue;
+      if (w < 0) return fail("Cannot write " + entry.target + ": " + std::strerror(errno));
+      done += w;
+    }
+  }
+  if (::close(fd) != 0) {
+    ::unlink(entry.target.c_str());
+    return Fail("Cannot write " + entry.target + ": " + std::strerror(errno));
+  }
+  return Ok();
+}
+
+}  // namespace
+
+Status ExtractArchive(const std::string& archivePath, const std::string& folder, const ExtractLimits& limits) {
+  auto archive = OpenForReading(archivePath);
+  if (!archive) return archive.failure();
+  zip_t* za = archive.value().get();
+
+  zip_stat_t archiveStat;
+  std::uint64_t archiveSize = 0;
+  {
+    struct stat st {};
+    if (::stat(archivePath.c_str(), &st) == 0) archiveSize = static_cast<std::uint64_t>(st.st_size);
+  }
+  const std::uint64_t byRatio = archiveSize > UINT64_MAX / limits.ratio ? UINT64_MAX : archiveSize * limits.ratio;
+  const std::uint64_t totalLimit = std::max(byRatio, limits.totalFloor);
+  const std::uint64_t entryLimit = std::max(byRatio, limits.entryFloor);
+
+  const zip_int64_t count = zip_get_num_entries(za, 0);
+  if (count < 0) return Fail("Cannot read the desktop backup " + archivePath + ": " + zip_strerror(za));
+  if (static_cast<std::uint64_t>(count) > limits.maxEntries)
+    return Fail("The desktop backup " + archivePath + " holds too many entries (" + std::to_string(count) + ")");
+
+  std::vector<PlannedEntry> plan;
+  std::set<std::string> names;
+  std::uint64_t total = 0;
+  for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(count); ++i) {
+    zip_stat_init(&archiveStat);
+    if (zip_stat_index(za, i, 0, &archiveStat) != 0 || !(archiveStat.valid & ZIP_STAT_NAME) ||
+        !(archiveStat.valid & ZIP_STAT_SIZE))
+      return Fail("Cannot read the desktop backup " + archivePath + ": " + zip_strerror(za));
+    const std::string name = archiveStat.name;
+    if (IsHostileName(name)) return Fail("The desktop backup " + archivePath + " holds an unsafe entry name: " + name);
+    if (IsFolderEntry(name)) continue;
+    const std::string base = FileNameOf(name);
+    if (base.empty() || base == "." || base == "..")
+      return Fail("The desktop backup " + archivePath + " holds an unsafe entry name: " + name);
+    if (!names.insert(base).second)
+      return Fail("The desktop backup " + archivePath + " holds two entries named " + base);
+    if ((archiveStat.valid & ZIP_STAT_ENCRYPTION_METHOD) && archiveStat.encryption_method != ZIP_EM_NONE)
+      return Fail("The desktop backup " + archivePath + " is encrypted (" + name + ")");
+    const std::uint64_t size = archiveStat.size;
+    if (size > entryLimit || total + size > totalLimit || total + size < total)
+      return Fail("The desktop backup " + archivePath + " unpacks to more than it can hold (" + name + ")");
+    total += size;
+    plan.push_back({i, JoinPath(folder, base), size});
+  }
+
+  for (const PlannedEntry& entry : plan) {
+    Status copied = Copy(za, entry, archivePath);
+    if (!copied) return copied;
+  }
+  return Ok();
+}
+
+Status CreateArchive(const std::string& archivePath, const std::vector<ArchiveEntry>& entries) {
+  int code = 0;
+  zip_t* za = zip_open(archivePath.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code);
+  if (!za) return Fail("Cannot create " + archivePath + ": " + ErrorText(code));
+  ArchiveHandle archive(za);
+  for (const ArchiveEntry& entry : entries) {
+    zip_source_t* source = zip_source_file(za, entry.file.c_str(), 0, -1);
+    if (!source) return Fail("Cannot add " + entry.file + " to " + archivePath + ": " + zip_strerror(za));
+    const zip_int64_t index = zip_file_add(za, entry.name.c_str(), source, ZIP_FL_ENC_UTF_8);
+    if (index < 0) {
+      zip_source_free(source);
+      return Fail("Cannot add " + entry.name + " to " + archivePath + ": " + zip_strerror(za));
+    }
+    if (zip_set_file_compression(za, static_cast<zip_uint64_t>(index), ZIP_CM_DEFLATE, 9) != 0)
+      return Fail("Cannot compress " + entry.name + " in " + archivePath + ": " + zip_strerror(za));
+  }
+  if (zip_close(za) != 0) {
+    const std::string reason = zip_strerror(za);
+    return Fail("Cannot write " + archivePath + ": " + reason);
+  }
+  archive.release();
+  return Ok();
+}
+
+Result<std::vector<std::string>> ListArchive(const std::string& archivePath) {
+  auto archive = OpenForReading(archivePath);
+  if (!archive) return archive.failure();
+  zip_t* za = archive.value().get();
+  std::vector<std::string> names;
+  const zip_int64_t count = zip_get_num_entries(za, 0);
+  for (zip_int64_t i = 0; i < count; ++i) {
+    const char* name = zip_get_name(za, static_cast<zip_uint64_t>(i), ZIP_FL_ENC_RAW);
+    names.emplace_back(name ? name : "");
+  }
+  return names;
+}
+
+}  // namespace orchidlamp

@@ -1,0 +1,46 @@
+#pragma once
+
+// The zip glue of desktop backups: extracting an archive flat into one folder,
+// and making an archive of files at the strongest deflate level.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/message.h"
+
+namespace orchidlamp {
+
+// What an archive may unpack to. An entry or a whole archive is refused only
+// when it is both larger than `ratio` times the archive file and larger than
+// the matching floor, so real backups of any size pass and small bombs do not.
+struct ExtractLimits {
+  std::uint64_t ratio = 20;
+  std::uint64_t totalFloor = std::uint64_t{2} << 30;  // 2 GiB
+  std::uint64_t entryFloor = std::uint64_t{2} << 30;
+  std::uint64_t maxEntries = 65536;
+};
+
+// Extracts every file entry of the archive directly into `folder`, dropping the
+// entries' folder names ("Databases/1.dat" and "Databases\1.dat" both become
+// "1.dat"); folder entries are skipped. The whole archive is checked before the
+// first byte is written: entry names that are empty, ".", "..", hold a ".."
+// component, are absolute or carry a drive letter, two entries that land on the
+// same name, encrypted entries and sizes beyond the limits all refuse it. A
+// failure while writing removes the file being written; files written before
+// it stay in `folder` (the caller owns the folder).
+Status ExtractArchive(const std::string& archivePath, const std::string& folder, const ExtractLimits& limits = {});
+
+struct ArchiveEntry {
+  std::string name;  // inside the archive, "/" as the separator
+  std::string file;  // on disk
+};
+
+// Writes a new archive (replacing any file at `archivePath`) with the entries in
+// the order given, each deflated at level 9.
+Status CreateArchive(const std::string& archivePath, const std::vector<ArchiveEntry>& entries);
+
+// The entry names of an archive in their stored order.
+Result<std::vector<std::string>> ListArchive(const std::string& archivePath);
+
+}  // namespace orchidlamp
