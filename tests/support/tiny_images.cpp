@@ -16,7 +16,7 @@ Bytes TinyJpeg() {
       // One-code Huffman tables: DC category 0 and AC end-of-block, each the code "0".
       Hex("FFC4001400" "01000000000000000000000000000000" "00"),
       Hex("FFC4001410" "01000000000000000000000000000000" "00"),
-      Hex("FFDA000801010000003F00"),
+      Hex("FFDA0008010100003F00"),
       // DC "0" and EOB "0", padded with one bits: a flat mid-grey block.
       Hex("3F"),
       Hex("FFD9"),
