@@ -46,6 +46,9 @@ Result<XmlDocument> XmlDocument::Load(const std::string& path) {
   if (!bytes) return bytes.failure();
   if (bytes->size() > kMaxXmlBytes) return Fail(path + " is too large for an XML file of a desktop backup");
   const std::string text = BytesToText(bytes.value());
+  // Desktop software writes these files as 8-bit text. A NUL means a wide
+  // encoding, in which the declaration test below would not see its markup.
+  if (text.find('\0') != std::string::npos) return Fail(path + " is not 8-bit XML text");
   // A document type declaration is where entity expansion and external loads
   // begin; a desktop backup never has one, so it is refused before parsing.
   if (text.find("<!DOCTYPE") != std::string::npos || text.find("<!ENTITY") != std::string::npos)

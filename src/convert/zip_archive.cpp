@@ -106,7 +106,7 @@ Status ExtractArchive(const std::string& archivePath, const std::string& folder,
   if (!archive) return archive.failure();
   zip_t* za = archive.value().get();
 
-  zip_stat_t archiveStat;
+  zip_stat_t entryStat;
   std::uint64_t archiveSize = 0;
   {
     struct stat st {};
@@ -125,11 +125,11 @@ Status ExtractArchive(const std::string& archivePath, const std::string& folder,
   std::set<std::string> names;
   std::uint64_t total = 0;
   for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(count); ++i) {
-    zip_stat_init(&archiveStat);
-    if (zip_stat_index(za, i, 0, &archiveStat) != 0 || !(archiveStat.valid & ZIP_STAT_NAME) ||
-        !(archiveStat.valid & ZIP_STAT_SIZE))
+    zip_stat_init(&entryStat);
+    if (zip_stat_index(za, i, 0, &entryStat) != 0 || !(entryStat.valid & ZIP_STAT_NAME) ||
+        !(entryStat.valid & ZIP_STAT_SIZE))
       return Fail("Cannot read the desktop backup " + archivePath + ": " + zip_strerror(za));
-    const std::string name = archiveStat.name;
+    const std::string name = entryStat.name;
     if (IsHostileName(name)) return Fail("The desktop backup " + archivePath + " holds an unsafe entry name: " + name);
     if (IsFolderEntry(name)) continue;
     const std::string base = FileNameOf(name);
@@ -137,9 +137,9 @@ Status ExtractArchive(const std::string& archivePath, const std::string& folder,
       return Fail("The desktop backup " + archivePath + " holds an unsafe entry name: " + name);
     if (!names.insert(base).second)
       return Fail("The desktop backup " + archivePath + " holds two entries named " + base);
-    if ((archiveStat.valid & ZIP_STAT_ENCRYPTION_METHOD) && archiveStat.encryption_method != ZIP_EM_NONE)
+    if ((entryStat.valid & ZIP_STAT_ENCRYPTION_METHOD) && entryStat.encryption_method != ZIP_EM_NONE)
       return Fail("The desktop backup " + archivePath + " is encrypted (" + name + ")");
-    const std::uint64_t size = archiveStat.size;
+    const std::uint64_t size = entryStat.size;
     if (size > entryLimit || total + size > totalLimit || total + size < total)
       return Fail("The desktop backup " + archivePath + " unpacks to more than it can hold (" + name + ")");
     total += size;

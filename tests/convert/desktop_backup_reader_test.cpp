@@ -186,6 +186,12 @@ TEST_F(ConvertTest, DocumentTypesAndEntitiesAreNeverLoaded) {
   EXPECT_EQ(Expect({{"Manifest.xml", external}}, "declares a document type"), "");
   const Bytes laughs = Text("<?xml version=\"1.0\"?><!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;\">]>"
                             "<BlackBerry_Backup>&b;</BlackBerry_Backup>");
+  Bytes wide = Hex("FFFE");
+  for (char c : std::string("<?xml version=\"1.0\"?><!DOCTYPE r [<!ENTITY e \"x\">]><BlackBerry_Backup/>")) {
+    wide.push_back(static_cast<std::uint8_t>(c));
+    wide.push_back(0);
+  }
+  EXPECT_EQ(Expect({{"Manifest.xml", wide}}, "is not 8-bit XML text"), "");
   EXPECT_EQ(Expect({{"BlackBerry_Backup.xml", laughs}, {"Databases.ipd", Text("x")}}, "declares a document type"), "");
 }
 
