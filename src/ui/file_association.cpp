@@ -65,15 +65,15 @@ QString MimeInfoText() {
 }
 
 bool RegisterFileAssociation(const QString& executable, const QString& dataFolder) {
-  const QString data =
-      dataFolder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) : dataFolder;
+  const bool userFolder = dataFolder.isEmpty();
+  const QString data = userFolder ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) : dataFolder;
   if (data.isEmpty()) return false;
   const QString mimeFolder = data + QStringLiteral("/mime");
   const bool entry = WriteText(data + QStringLiteral("/applications/orchidlamp.desktop"), DesktopEntryText(executable));
   const bool mime = WriteText(mimeFolder + QStringLiteral("/packages/orchidlamp.xml"), MimeInfoText());
   // The desktop reads the type from the compiled database; when the tool is
   // missing the package file still takes effect at the next system update.
-  if (mime && !QStandardPaths::findExecutable(QStringLiteral("update-mime-database")).isEmpty())
+  if (mime && userFolder && !QStandardPaths::findExecutable(QStringLiteral("update-mime-database")).isEmpty())
     QProcess::startDetached(QStringLiteral("update-mime-database"), {mimeFolder});
   return entry && mime;
 }

@@ -16,7 +16,8 @@ QString DesktopEntryText(const QString& executable);
 QString MimeInfoText();
 
 // Writes under `dataFolder` (the GenericDataLocation when empty):
-// applications/orchidlamp.desktop and mime/packages/orchidlamp.xml. Returns
+// applications/orchidlamp.desktop and mime/packages/orchidlamp.xml, and for the
+// user's own folder also asks the desktop to rebuild its type database. Returns
 // false when anything could not be written; callers ignore it.
 bool RegisterFileAssociation(const QString& executable, const QString& dataFolder = QString());
 
