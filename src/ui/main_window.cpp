@@ -20,10 +20,14 @@
 #include <QTimer>
 #include <QTreeView>
 #include <QUrl>
+#include <QVBoxLayout>
 
+#include "export/media_extraction.h"
 #include "ui/detail_panels.h"
+#include "ui/export_frame.h"
 #include "ui/display_text.h"
 #include "ui/file_association.h"
+#include "ui/media_frame.h"
 #include "ui/options_dialog.h"
 #include "ui/program_folder.h"
 #include "ui/splash_window.h"
@@ -86,9 +90,22 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   detailScroll->setFrameShape(QFrame::NoFrame);
   detailScroll->setWidget(panels_);
 
+  // The right side: the export and media panels (hidden until their commands)
+  // above the record detail frames.
+  exportFrame_ = new ExportFrame(this);
+  connect(exportFrame_, &ExportFrame::exportRequested, this,
+          [this](ExportForm form) { RunExport(static_cast<int>(form)); });
+  mediaFrame_ = new MediaFrame(this);
+  auto* right = new QWidget(this);
+  auto* rightLayout = new QVBoxLayout(right);
+  rightLayout->setContentsMargins(0, 0, 0, 0);
+  rightLayout->addWidget(exportFrame_);
+  rightLayout->addWidget(mediaFrame_);
+  rightLayout->addWidget(detailScroll, 1);
+
   auto* splitter = new QSplitter(Qt::Horizontal, this);
   splitter->addWidget(tvwMain_);
-  splitter->addWidget(detailScroll);
+  splitter->addWidget(right);
   splitter->setStretchFactor(0, 2);
   splitter->setStretchFactor(1, 3);
   splitter->setSizes({340, 560});
@@ -320,19 +337,48 @@ void frmMain::mAbout_Click() {
   splash_->activateWindow();
 }
 
-// --- Commands of the export, editing and conversion work -------------------
+void frmMain::mExport_Click() {
+  const Status prepared = PrepareExport(controller_.workspace(), exportFrame_->state());
+  exportFrame_->Sync();
+  if (!prepared) prompts_.Tell(this, prepared.failure().message);
+}
+
+void frmMain::RunExport(int form) {
+  WindowProgress progress;
+  const auto done = PressExport(controller_.workspace(), exportFrame_->state(), static_cast<ExportForm>(form), &progress);
+  if (!done) {
+    prompts_.Tell(this, done.failure().message);
+    return;
+  }
+  if (done.value()) prompts_.Tell(this, done.value()->message);
+}
+
+void frmMain::epng_Click() { RunMedia(true); }
+void frmMain::ejpg_Click() { RunMedia(false); }
+
+void frmMain::RunMedia(bool png) {
+  mediaFrame_->show();
+  mediaFrame_->Reset();
+  const Workspace& ws = controller_.workspace();
+  const MediaExtraction run =
+      png ? ExtractPngImages(ws, &mediaFrame_->progress()) : ExtractJpgImages(ws, &mediaFrame_->progress());
+  mediaFrame_->ShowSaved(run.saved);
+  if (run.failure)
+    prompts_.Tell(this, run.failure->message);
+  else if (run.success)
+    prompts_.Tell(this, *run.success);
+}
+
+// --- Dialogs of the editing and conversion work ------------------------------
 // The menu items stand in place with their names, captions and enabled states;
-// these slots are where those dialogs and panels are opened once their core
-// lands (export panel ExOP, media extraction, frmSplit, frmMerge, EditSB, Save
-// As). Until then they do nothing.
+// these slots are where frmSplit, frmMerge, the service-book editor EditSB and
+// the Save As dialog are opened once those dialogs exist. Until then they do
+// nothing.
 
 void frmMain::mSaveas_Click() {}
 void frmMain::mEdit_Click() {}
-void frmMain::mExport_Click() {}
 void frmMain::mMerge_Click() {}
 void frmMain::mSplit_Click() {}
-void frmMain::epng_Click() {}
-void frmMain::ejpg_Click() {}
 
 // ---------------------------------------------------------------------------
 

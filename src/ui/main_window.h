@@ -30,6 +30,8 @@ class QTreeView;
 namespace orchidlamp {
 
 class DetailPanels;
+class ExportFrame;
+class MediaFrame;
 class TreeModel;
 class UserPrompts;
 class frmSplash;
@@ -53,6 +55,8 @@ class frmMain final : public QMainWindow {
   TreeModel* model() const { return model_; }
   QTreeView* tree() const { return tvwMain_; }
   DetailPanels* panels() const { return panels_; }
+  ExportFrame* exportFrame() const { return exportFrame_; }
+  MediaFrame* mediaFrame() const { return mediaFrame_; }
   bool loading() const { return loading_; }
 
  public slots:
@@ -82,6 +86,8 @@ class frmMain final : public QMainWindow {
   void ResetWindow();
   void Refresh();
   void NodeClicked(const QModelIndex& index);
+  void RunExport(int form);
+  void RunMedia(bool png);
   void Timer1_Timer();
   void CloseSplash();
   void Centre();
@@ -95,6 +101,8 @@ class frmMain final : public QMainWindow {
   TreeModel* model_ = nullptr;
   QTreeView* tvwMain_ = nullptr;
   DetailPanels* panels_ = nullptr;
+  ExportFrame* exportFrame_ = nullptr;
+  MediaFrame* mediaFrame_ = nullptr;
   QLabel* mainPanel_ = nullptr;
   QLabel* detailsPanel_ = nullptr;
   QFrame* waitFrame_ = nullptr;

@@ -10,7 +10,10 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QProgressBar>
 #include <QTabWidget>
 #include <QTest>
@@ -19,7 +22,10 @@
 
 #include "gui_test_support.h"
 #include "support/temp_folder.h"
+#include "support/tiny_images.h"
 #include "ui/detail_panels.h"
+#include "ui/export_frame.h"
+#include "ui/media_frame.h"
 #include "ui/tree_model.h"
 
 namespace orchidlamp {
@@ -355,6 +361,65 @@ TEST_F(MainWindowTest, StoredSettingsApplyAtTheNextOpen) {
   OpenFixture();
   EXPECT_EQ(window.controller().workspace().settings().timeZoneHours, 11.0);
   EXPECT_EQ(window.controller().workspace().settings().delimiter, "> <");
+}
+
+TEST_F(MainWindowTest, ExportPanelOffersTheSelectedKindAndWritesBesideTheBackup) {
+  OpenFixture();
+  auto* panel = window.findChild<QGroupBox*>(QStringLiteral("ExportToText"));
+  ASSERT_NE(panel, nullptr);
+  EXPECT_TRUE(panel->isHidden());
+
+  // Nothing but a record may be exported.
+  window.mExport_Click();
+  ASSERT_EQ(prompts.told.size(), 1u);
+  EXPECT_EQ(prompts.told[0].title, "Please select record first:");
+  EXPECT_TRUE(panel->isHidden());
+
+  Click(Record("Memos", "Shopping"));
+  window.mExport_Click();
+  EXPECT_FALSE(panel->isHidden());
+  auto option = [&](int i) { return window.findChild<QRadioButton*>(QStringLiteral("ExOP%1").arg(i)); };
+  EXPECT_EQ(panel->title(), QStringLiteral("Export to Text/CSV File"));
+  EXPECT_EQ(option(0)->text(), QStringLiteral("Export Selected Memo"));
+  EXPECT_EQ(option(1)->text(), QStringLiteral("Export All Memos"));
+  EXPECT_EQ(option(2)->text(), QStringLiteral("Export All"));
+  EXPECT_FALSE(option(1)->isHidden());
+
+  option(1)->click();
+  EXPECT_TRUE(option(1)->isChecked());
+  window.findChild<QPushButton*>(QStringLiteral("Cexport"))->click();
+  ASSERT_EQ(prompts.told.size(), 2u);
+  const std::string said = prompts.told[1].text;
+  ASSERT_EQ(said.rfind("Export to: " + folder.path() + "/OL_Export_", 0), 0u) << said;
+  const std::string path = said.substr(11, said.size() - 11 - std::string(" is complete.").size());
+  const Bytes written = ReadFile(path);
+  EXPECT_NE(std::string(written.begin(), written.end()).find("Title,Memo\r\n"), std::string::npos);
+
+  window.findChild<QPushButton*>(QStringLiteral("Command2"))->click();
+  EXPECT_TRUE(panel->isHidden());
+}
+
+TEST_F(MainWindowTest, MediaSearchListsTheSavedPictures) {
+  IpdBuilder b;
+  b.Database("Handheld Agent").Database("Memos");
+  b.Add(FieldRecord(1, {{1, Text("icon")}, {2, TinyPng()}}));
+  const std::string path = folder.Write("media.ipd", b.Build());
+  window.OpenGivenPath(QString::fromStdString(path));
+  window.epng_Click();
+  auto* list = window.findChild<QListWidget*>(QStringLiteral("ResultList"));
+  ASSERT_NE(list, nullptr);
+  EXPECT_FALSE(window.mediaFrame()->isHidden());
+  ASSERT_EQ(list->count(), 1);
+  EXPECT_TRUE(list->item(0)->text().startsWith(QString::fromStdString(programFolder.path())));
+  EXPECT_TRUE(FileExists(list->item(0)->text().toStdString()));
+  ASSERT_EQ(prompts.told.size(), 1u);
+  EXPECT_EQ(prompts.told[0].title, "Extracting Media");
+  EXPECT_EQ(prompts.told[0].text, "Successfully saved 1 PNG images in the media folder.");
+
+  // No JPEG in the file: nothing saved, nothing said.
+  window.ejpg_Click();
+  EXPECT_EQ(list->count(), 0);
+  EXPECT_EQ(prompts.told.size(), 1u);
 }
 
 }  // namespace

@@ -1,0 +1,36 @@
+#pragma once
+
+// The media panel on the main window: the list ResultList of the pictures a
+// media search saved and its progress bar PB_PNG. Shown by the media commands.
+
+#include <QGroupBox>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/progress.h"
+
+class QListWidget;
+class QProgressBar;
+
+namespace orchidlamp {
+
+class MediaFrame final : public QGroupBox {
+  Q_OBJECT
+ public:
+  explicit MediaFrame(QWidget* parent = nullptr);
+
+  // Clears the list and the bar before a run.
+  void Reset();
+  void ShowSaved(const std::vector<std::string>& paths);
+  // Moves the bar and keeps the window painting during a scan.
+  Progress& progress() { return *progress_; }
+  QListWidget* list() const { return list_; }
+
+ private:
+  QListWidget* list_ = nullptr;
+  QProgressBar* bar_ = nullptr;
+  std::unique_ptr<Progress> progress_;
+};
+
+}  // namespace orchidlamp
