@@ -35,11 +35,6 @@ using namespace orchidlamp::testing;
 
 class MainWindowTest : public ::testing::Test {
  protected:
-  MainWindowTest() {
-    GuiApp();
-    ResetStoredSettings();
-  }
-
   QAction* Item(const char* name) const { return window.findChild<QAction*>(QString::fromLatin1(name)); }
   QMenu* Menu(const char* name) const { return window.findChild<QMenu*>(QString::fromLatin1(name)); }
   QString PanelText(const char* name) const {
@@ -79,6 +74,10 @@ class MainWindowTest : public ::testing::Test {
     window.tree()->setCurrentIndex(index);
   }
 
+  // Members are made in order: the application and clean settings come before the window.
+  struct FreshApp {
+    FreshApp() { ResetStoredSettings(); }
+  } app;
   TempFolder folder;
   TempFolder programFolder;
   ScriptedPrompts prompts;
