@@ -200,7 +200,8 @@ Record RecordFaker::ServiceBook(std::uint16_t database) {
                                                    {"WAP Push Config", "WPTCP", "WAP"},
                                                    {"Provisioning", "PROV", "IPPP"}};
   const auto& book = kBooks[Below(4)];
-  const std::string uid = "S" + std::to_string(30000000 + Below(9999999));
+  std::string uid = "S";
+  uid += std::to_string(30000000 + Below(9999999));
   ServiceBookValues v;
   v.name = book[0];
   v.uid = uid;
