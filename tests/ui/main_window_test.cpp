@@ -421,5 +421,20 @@ TEST_F(MainWindowTest, MediaSearchListsTheSavedPictures) {
   EXPECT_EQ(prompts.told.size(), 1u);
 }
 
+TEST_F(MainWindowTest, ContactPhotoIsSavedAndShown) {
+  IpdBuilder b;
+  b.Database("Handheld Agent").Database("Address Book");
+  b.Add(FieldRecord(1, {{32, Text("Ann")}, {77, TinyJpeg()}}));
+  const std::string path = folder.Write("photo.ipd", b.Build());
+  window.OpenGivenPath(QString::fromStdString(path));
+  Click(Record("Address Book", "Ann "));
+  const QString photoFile = Box("PhotoFile");
+  EXPECT_EQ(photoFile.toStdString(), programFolder.File("PIC" + b.SpanOf(0).substr(0, b.SpanOf(0).find(':')) + ".jpg"));
+  EXPECT_TRUE(FileExists(photoFile.toStdString()));
+  auto* photo = window.findChild<QLabel*>(QStringLiteral("ContactPhoto"));
+  ASSERT_NE(photo, nullptr);
+  EXPECT_FALSE(photo->pixmap().isNull());
+}
+
 }  // namespace
 }  // namespace orchidlamp
