@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 #include "export/export_panel.h"
+#include "export/record_formatters.h"
 #include "records/record_kinds.h"
 #include "support/ipd_builder.h"
 #include "support/temp_folder.h"
@@ -182,6 +183,16 @@ TEST_F(TextExportTest, DepthDriftsAcrossExportsOfOneSession) {
   EXPECT_EQ(Export(spans[3], kScopeRecord, ExportForm::Text), Lines({kBanner, Title(27, "Task"), kBanner, kTaskBlock}));
   (void)Export(spans[3], kScopeTree, ExportForm::Text);
   EXPECT_EQ(ws.exportDepth, -6);
+}
+
+TEST_F(TextExportTest, OneRecordFormatsByItsDatabaseTextWithTheWorkspaceSettings) {
+  const FormatContext context = FormatContextOf(ws);
+  const RecordSpan memo = *RecordSpan::Parse(spans[1]);
+  EXPECT_EQ(FormatRecordOf(ws, "Memos", memo, context, true), kMemoBlock);
+  EXPECT_EQ(FormatRecordOf(ws, "Memos", memo, context, false), "\"Shop\";\"milk\"");
+  EXPECT_EQ(FormatRecordOf(ws, "Service Book", *RecordSpan::Parse(spans[4]), context, true), std::nullopt);
+  EXPECT_EQ(FormatRecordOf(ws, "memos", memo, context, true), std::nullopt);
+  EXPECT_THROW(FormatRecordOf(ws, "Memos", RecordSpan{1 << 30, 1 << 30}, context, true), CommandError);
 }
 
 TEST_F(TextExportTest, NoOptionCheckedDoesNothingAtAll) {
