@@ -25,12 +25,14 @@ Status CliContext::Open(const std::string& path) {
   return OpenBackup(ws_, path, BackupKindOf(path), settings_);
 }
 
+// Messages are the system's fixed texts with file paths in them; paths are the
+// file system's own bytes, so they are printed as they are.
 int CliContext::Report(const Failure& failure) {
-  std::cerr << Cp1256ToUtf8(failure.message.text) << '\n';
+  std::cerr << failure.message.text << '\n';
   return kExitFailed;
 }
 
-void CliContext::Inform(const Message& message) { std::cout << Cp1256ToUtf8(message.text) << '\n'; }
+void CliContext::Inform(const Message& message) { std::cout << message.text << '\n'; }
 
 std::string DisplayLine(std::string_view text8bit) {
   const std::string utf8 = Cp1256ToUtf8(text8bit);
