@@ -1,5 +1,7 @@
 #include "ui/detail_panels.h"
 
+#include <algorithm>
+
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
