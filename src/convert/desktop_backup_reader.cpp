@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include "convert/xml_document.h"
@@ -53,7 +54,9 @@ Result<std::string> ConvertWindows(const XmlDocument& manifest, const WorkFolder
   if (Status s = WriteTruncating(work.ipdPart, header); !s) return s.failure();
   if (Status s = WriteTruncating(work.hPart, parts.names); !s) return s.failure();
   if (Status s = WriteTruncating(work.rPart, parts.records); !s) return s.failure();
-  if (Status s = ConcatenateFiles(result, {work.ipdPart, work.hPart, work.rPart}); !s) return s.failure();
+  // The parts are in memory already: the result is written from them, the same
+  // bytes ConcatenateFiles would copy back out of the part files.
+  if (Status s = WriteConcatenated(result, {header, parts.names, parts.records}); !s) return s.failure();
   return result;
 }
 
@@ -74,16 +77,24 @@ Status AppendDatabaseBytes(ByteView dat, const std::string& name, DatabaseParts&
   const std::size_t nameLength = ReadLE16(dat, kDatNameOffset);
   if (size - kDatNameOffset - 2 < nameLength) return Truncated(name);
 
-  // Built aside, so that a file refused halfway adds nothing.
-  Bytes records;
-  records.reserve(size);
+  // Appended in place and cut back when refused, so that a file refused halfway
+  // adds nothing and the records are copied once.
+  Bytes& records = parts.records;
+  const std::size_t kept = records.size();
+  // Grown geometrically: reserving each file's exact size would copy all earlier
+  // databases' records again for every file.
+  if (records.capacity() < kept + size) records.reserve(std::max(kept + size, 2 * records.capacity()));
+  const auto refuse = [&] {
+    records.resize(kept);
+    return Truncated(name);
+  };
   std::size_t p = kDatNameOffset + 2 + nameLength;
   std::size_t done = 0;
   while (p < size) {
-    if (size - p < 6) return Truncated(name);
+    if (size - p < 6) return refuse();
     const std::uint32_t x = ReadLE16(dat, p);
     const std::uint32_t length = ReadLE32(dat, p + 2);
-    if (length > size - p - 6) return Truncated(name);
+    if (length > size - p - 6) return refuse();
     const std::uint32_t index = (x - 1) & 0xFFFF;
     records.push_back(static_cast<std::uint8_t>(index & 0xFF));
     records.push_back(static_cast<std::uint8_t>(index >> 8));
@@ -96,7 +107,6 @@ Status AppendDatabaseBytes(ByteView dat, const std::string& name, DatabaseParts&
     if (IsMarkerAt(dat, p, 0x01)) p += 6;
   }
   Append(parts.names, dat.subspan(kDatNameOffset, 2 + nameLength));
-  Append(parts.records, records);
   return Ok();
 }
 

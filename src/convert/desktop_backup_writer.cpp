@@ -37,28 +37,14 @@ Status WriteText(const std::string& path, const std::string& text) { return Writ
 
 }  // namespace
 
-Result<std::vector<DatabaseSummary>> SummarizeForSave(ByteView ipd, std::vector<Bytes>* dats, Progress* progress) {
-  auto table = ReadNameTable(ipd);
-  if (!table) return table.failure();
-  const std::size_t count = table->entries.size();
-  std::vector<DatabaseSummary> summaries;
-  summaries.reserve(count);
-  if (dats) dats->assign(count, Bytes());
-  const Bytes header = HexToBytes(IpdHeaderHex(1));
-  for (std::size_t i = 0; i < count; ++i) {
-    const NameEntry& entry = table->entries[i];
-    // cleaned has every character below 32 removed, CR and LF included.
-    summaries.push_back({entry.cleaned, 0});
-    if (dats) {
-      Bytes& dat = (*dats)[i];
-      dat = header;
-      Append(dat, entry.Bytes(ipd));
-    }
-  }
+namespace {
 
+// Walks the records as the desktop software's reader does, calling
+// visit(database, offset, length) for each; fails on what it cannot walk.
+template <typename Visit>
+Status WalkForSave(ByteView ipd, std::size_t recordsStart, std::size_t count, Visit&& visit) {
   const std::size_t size = ipd.size();
-  std::size_t p = table->recordsStart;
-  std::size_t done = 0;
+  std::size_t p = recordsStart;
   while (p < size) {
     if (size - p < 6) return Fail(std::string(kFileRecordsError));
     const std::uint32_t database = ReadLE16(ipd, p);
@@ -67,22 +53,55 @@ Result<std::vector<DatabaseSummary>> SummarizeForSave(ByteView ipd, std::vector<
     if (database >= count)
       return Fail("A record at offset " + std::to_string(p) + " belongs to database " + std::to_string(database) +
                   ", which the name table does not list");
-    if (dats) {
-      Bytes& dat = (*dats)[database];
-      const std::uint32_t k = database + 1;
-      dat.push_back(static_cast<std::uint8_t>(k & 0xFF));
-      dat.push_back(static_cast<std::uint8_t>(k >> 8));
-      Append(dat, ipd.subspan(p + 2, 4 + std::size_t{length}));
-    }
-    ++summaries[database].recordCount;
+    visit(database, p, length);
     p += 6 + std::size_t{length};
-    Report(progress, ++done, 0);
     // The reader's skip, in the desktop software's order: a 00 block, then a 01 block.
     if (p < size - 1) {
       if (IsMarkerAt(ipd, p, 0x00)) p += 6;
       if (IsMarkerAt(ipd, p, 0x01)) p += 6;
     }
   }
+  return Ok();
+}
+
+}  // namespace
+
+Result<std::vector<DatabaseSummary>> SummarizeForSave(ByteView ipd, std::vector<Bytes>* dats, Progress* progress) {
+  auto table = ReadNameTable(ipd);
+  if (!table) return table.failure();
+  const std::size_t count = table->entries.size();
+  std::vector<DatabaseSummary> summaries;
+  summaries.reserve(count);
+  // cleaned has every character below 32 removed, CR and LF included.
+  for (const NameEntry& entry : table->entries) summaries.push_back({entry.cleaned, 0});
+
+  // The counts and each .dat's size first, so every .dat is one buffer filled once.
+  const Bytes header = HexToBytes(IpdHeaderHex(1));
+  std::vector<std::size_t> datSizes(count, 0);
+  for (std::size_t i = 0; i < count; ++i) datSizes[i] = header.size() + table->entries[i].Bytes(ipd).size();
+  std::size_t done = 0;
+  Status walked = WalkForSave(ipd, table->recordsStart, count, [&](std::uint32_t database, std::size_t, std::uint32_t length) {
+    ++summaries[database].recordCount;
+    datSizes[database] += 6 + std::size_t{length};
+    Report(progress, ++done, 0);
+  });
+  if (!walked) return walked.failure();
+  if (!dats) return summaries;
+
+  dats->assign(count, Bytes());
+  for (std::size_t i = 0; i < count; ++i) {
+    Bytes& dat = (*dats)[i];
+    dat.reserve(datSizes[i]);
+    dat.assign(header.begin(), header.end());
+    Append(dat, table->entries[i].Bytes(ipd));
+  }
+  (void)WalkForSave(ipd, table->recordsStart, count, [&](std::uint32_t database, std::size_t p, std::uint32_t length) {
+    Bytes& dat = (*dats)[database];
+    const std::uint32_t k = database + 1;
+    dat.push_back(static_cast<std::uint8_t>(k & 0xFF));
+    dat.push_back(static_cast<std::uint8_t>(k >> 8));
+    Append(dat, ipd.subspan(p + 2, 4 + std::size_t{length}));
+  });
   return summaries;
 }
 

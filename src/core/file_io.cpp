@@ -14,7 +14,8 @@ Failure IoFailure(const std::string& what, const std::string& path) {
   return Fail(what + " " + path + ": " + std::strerror(errno));
 }
 
-Status WriteAll(int fd, const std::string& path, ByteView bytes) {
+// Writes and keeps the descriptor open; closes it only on failure.
+Status WriteOpen(int fd, const std::string& path, ByteView bytes) {
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
@@ -26,6 +27,11 @@ Status WriteAll(int fd, const std::string& path, ByteView bytes) {
     }
     done += static_cast<std::size_t>(n);
   }
+  return Ok();
+}
+
+Status WriteAll(int fd, const std::string& path, ByteView bytes) {
+  if (Status written = WriteOpen(fd, path, bytes); !written) return written;
   if (::close(fd) != 0) return IoFailure("Cannot write", path);
   return Ok();
 }
@@ -66,6 +72,24 @@ Result<Bytes> ReadWholeFile(const std::string& path) {
 Status WriteInPlace(const std::string& path, ByteView bytes) { return WriteWithFlags(path, bytes, 0); }
 
 Status WriteTruncating(const std::string& path, ByteView bytes) { return WriteWithFlags(path, bytes, O_TRUNC); }
+
+Status WriteConcatenated(const std::string& path, std::initializer_list<ByteView> pieces) {
+  struct stat st {};
+  if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail("Cannot write " + path + ": it is a folder");
+  const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0) return IoFailure("Cannot write", path);
+  for (ByteView piece : pieces)
+    if (Status written = WriteOpen(fd, path, piece); !written) {
+      ::unlink(path.c_str());
+      return written;
+    }
+  if (::close(fd) != 0) {
+    Failure f = IoFailure("Cannot write", path);
+    ::unlink(path.c_str());
+    return f;
+  }
+  return Ok();
+}
 
 bool FolderExists(const std::string& path) {
   struct stat st {};

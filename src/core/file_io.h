@@ -3,6 +3,7 @@
 // Reading and writing whole files. Failures come back with a message that names
 // the file and the reason.
 
+#include <initializer_list>
 #include <string>
 
 #include "core/bytes.h"
@@ -18,6 +19,11 @@ Status WriteInPlace(const std::string& path, ByteView bytes);
 
 // Creates or truncates, then writes.
 Status WriteTruncating(const std::string& path, ByteView bytes);
+
+// Creates or truncates, then writes the pieces one after another, so a file made
+// of parts already in memory needs neither a joined copy nor reading the parts
+// back. On failure the file is removed: a caller never opens half of it.
+Status WriteConcatenated(const std::string& path, std::initializer_list<ByteView> pieces);
 
 bool FolderExists(const std::string& path);
 Status CreateFolder(const std::string& path);

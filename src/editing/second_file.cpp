@@ -50,6 +50,13 @@ Result<SecondFile> LoadSecondFile(const std::string& path, const RecordLabeller&
     return std::nullopt;
   };
 
+  // Counted first so the node vector is sized once, as the main load does.
+  std::size_t known = 0;
+  (void)WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
+    if (kindOf(r.databaseId)) ++known;
+  });
+  tree.Reserve(tree.size() + known);
+
   Status walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
     const auto kind = kindOf(r.databaseId);
     if (!kind) return;

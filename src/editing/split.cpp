@@ -9,26 +9,51 @@
 
 namespace orchidlamp {
 
-Bytes BuildSplitFile(const DatabaseTree& selection, ByteView loaded) {
+namespace {
+
+// Calls `database(text)` for every ticked database node and `record(tag, counter)`
+// for every ticked record, in collection order, with the database counter as it
+// stands at that record.
+template <typename Database, typename Record>
+void WalkSelection(const DatabaseTree& selection, Database&& database, Record&& record) {
   const std::string& rootText = RootText(selection);
-  std::string nameTable;
-  Bytes records;
   std::size_t counter = 0;
   for (const TreeNode& node : selection.nodes()) {
     if (node.image == ImageKey::TickNone || node.text == rootText) continue;
     if (node.childCount > 0) {
-      if (auto entry = SplitEntryHex(node.text)) nameTable += *entry;
+      database(node.text);
       // Counted even without an entry: the ids follow the ticked databases, not the written names.
       ++counter;
       continue;
     }
-    const RecordSpan& tag = TagOf(node);
-    const ByteView copied = CheckedRange(loaded, tag.first - 6, tag.last);
-    records.push_back(static_cast<std::uint8_t>(counter - 1));
-    records.insert(records.end(), copied.begin(), copied.end());
+    record(TagOf(node), counter);
   }
+}
+
+}  // namespace
+
+Bytes BuildSplitFile(const DatabaseTree& selection, ByteView loaded) {
+  // First the sizes and the name table, checking every range as the copy does;
+  // then the records go once, straight into the file's single buffer.
+  std::string nameTable;
+  std::size_t counter = 0;
+  std::size_t recordBytes = 0;
+  WalkSelection(
+      selection,
+      [&](const std::string& text) {
+        if (auto entry = SplitEntryHex(text)) nameTable += *entry;
+        ++counter;
+      },
+      [&](const RecordSpan& tag, std::size_t) { recordBytes += CheckedRange(loaded, tag.first - 6, tag.last).size() + 1; });
   Bytes file = HexToBytes(IpdHeaderHex(counter) + nameTable);
-  file.insert(file.end(), records.begin(), records.end());
+  file.reserve(file.size() + recordBytes);
+  WalkSelection(
+      selection, [](const std::string&) {},
+      [&](const RecordSpan& tag, std::size_t at) {
+        const ByteView copied = CheckedRange(loaded, tag.first - 6, tag.last);
+        file.push_back(static_cast<std::uint8_t>(at - 1));
+        file.insert(file.end(), copied.begin(), copied.end());
+      });
   return file;
 }
 

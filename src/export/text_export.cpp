@@ -11,6 +11,8 @@ constexpr std::string_view kBanner = "******************************************
 constexpr std::size_t kTitleIndent = 27;
 constexpr std::size_t kBlanksPerDepth = 4;
 constexpr std::size_t kProgressEvery = 1024;
+constexpr std::size_t kReservePerFileByte = 3;
+constexpr std::size_t kReserveFloor = 64 * 1024;
 
 bool Exists(const DatabaseTree& tree, NodeId id) { return id != kNoNode && static_cast<std::size_t>(id) < tree.size(); }
 
@@ -20,6 +22,11 @@ class ExportWalk {
  public:
   ExportWalk(Workspace& ws, bool asText, Progress* progress)
       : ws_(ws), tree_(ws.tree()), asText_(asText), progress_(progress), context_(FormatContextOf(ws)) {}
+
+  // An export of the whole tree runs to about twice the backup's size. Reserved
+  // pages that are never written cost no memory, while growing by copies would
+  // hold the old and the new buffer at once and copy the text again each time.
+  void ReserveForWholeTree() { out_.reserve(ws_.file().bytes.size() * kReservePerFileByte + kReserveFloor); }
 
   void Print(std::string_view line) {
     out_ += line;
@@ -128,6 +135,7 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
         walk.ExportKind(selected == kNoNode ? kNoNode : tree[selected].parent);
       }
     } else {
+      walk.ReserveForWholeTree();
       walk.ExportTree(tree.Root());
     }
   } catch (const CommandError& e) {
