@@ -22,14 +22,20 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "convert/desktop_backup_writer.h"
+#include "editing/service_book_editor.h"
 #include "export/media_extraction.h"
 #include "ui/detail_panels.h"
 #include "ui/export_frame.h"
 #include "ui/display_text.h"
 #include "ui/file_association.h"
 #include "ui/media_frame.h"
+#include "ui/merge_dialog.h"
 #include "ui/options_dialog.h"
 #include "ui/program_folder.h"
+#include "ui/responsive_work.h"
+#include "ui/service_book_dialog.h"
+#include "ui/split_dialog.h"
 #include "ui/splash_window.h"
 #include "ui/tree_model.h"
 #include "ui/tree_search.h"
@@ -96,6 +102,7 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   connect(exportFrame_, &ExportFrame::exportRequested, this,
           [this](ExportForm form) { RunExport(static_cast<int>(form)); });
   mediaFrame_ = new MediaFrame(this);
+  connect(mediaFrame_, &MediaFrame::openRequested, this, [this](const QString& path) { prompts_.ShowFile(path); });
   auto* right = new QWidget(this);
   auto* rightLayout = new QVBoxLayout(right);
   rightLayout->setContentsMargins(0, 0, 0, 0);
@@ -131,6 +138,8 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
 }
 
 frmMain::~frmMain() = default;
+
+EditSBForm* frmMain::editor() const { return editor_.data(); }
 
 QAction* frmMain::AddItem(QMenu* menu, const char* name, const QString& caption, void (frmMain::*slot)()) {
   QAction* action = menu->addAction(caption);
@@ -370,15 +379,46 @@ void frmMain::RunMedia(bool png) {
 }
 
 // --- Dialogs of the editing and conversion work ------------------------------
-// The menu items stand in place with their names, captions and enabled states;
-// these slots are where frmSplit, frmMerge, the service-book editor EditSB and
-// the Save As dialog are opened once those dialogs exist. Until then they do
-// nothing.
 
-void frmMain::mSaveas_Click() {}
-void frmMain::mEdit_Click() {}
-void frmMain::mMerge_Click() {}
-void frmMain::mSplit_Click() {}
+void frmMain::mSaveas_Click() {
+  const auto chosen = prompts_.ChooseFileToSave(this, DialogFilter(kSaveAsFilter));
+  if (!chosen || chosen->path.isEmpty()) return;
+  const std::string target = ToPath(chosen->path);
+  const int filterIndex = chosen->filterIndex;
+  const Workspace& ws = controller_.workspace();
+  // The conversion reads the open file again and zips it; the window keeps
+  // painting, and the busy bar says why nothing else answers.
+  waitFrame_->show();
+  timer1_->start();
+  const Result<Message> saved = RunResponsive([&] { return SaveAs(ws, target, filterIndex); });
+  timer1_->stop();
+  waitFrame_->hide();
+  prompts_.Tell(this, saved ? saved.value() : saved.failure().message);
+}
+
+void frmMain::mEdit_Click() {
+  auto opened = EditSB::Open(controller_.workspace());
+  if (!opened) {
+    prompts_.Tell(this, opened.failure().message);
+    return;
+  }
+  if (!opened.value()) return;
+  if (!editor_) editor_ = new EditSBForm(controller_.workspace(), prompts_, this);
+  editor_->Load(std::move(*opened.value()));
+  editor_->show();
+  editor_->raise();
+  editor_->activateWindow();
+}
+
+void frmMain::mMerge_Click() {
+  frmMerge merge(controller_.workspace(), prompts_, this);
+  merge.exec();
+}
+
+void frmMain::mSplit_Click() {
+  frmSplit split(controller_.workspace(), prompts_, this);
+  split.exec();
+}
 
 // ---------------------------------------------------------------------------
 

@@ -30,6 +30,7 @@ class QTreeView;
 namespace orchidlamp {
 
 class DetailPanels;
+class EditSBForm;
 class ExportFrame;
 class MediaFrame;
 class TreeModel;
@@ -58,6 +59,9 @@ class frmMain final : public QMainWindow {
   ExportFrame* exportFrame() const { return exportFrame_; }
   MediaFrame* mediaFrame() const { return mediaFrame_; }
   bool loading() const { return loading_; }
+  // The service-book editor once mEdit has made it (one instance, modeless).
+  EditSBForm* editor() const;
+  UserPrompts& prompts() { return prompts_; }
 
  public slots:
   void mOpen_Click();
@@ -112,6 +116,7 @@ class frmMain final : public QMainWindow {
   QMenu* mManipulate_ = nullptr;
   QAction* mSaveas_ = nullptr;
   QPointer<frmSplash> splash_;
+  QPointer<EditSBForm> editor_;
   bool loading_ = false;
 };
 

@@ -39,6 +39,9 @@ MediaFrame::MediaFrame(QWidget* parent) : QGroupBox(QStringLiteral("Media"), par
   list_ = new QListWidget(this);
   list_->setObjectName(QStringLiteral("ResultList"));
   list_->setMinimumHeight(80);
+  list_->setToolTip(QStringLiteral("Double-click a picture to open it"));
+  connect(list_, &QListWidget::itemDoubleClicked, this,
+          [this](QListWidgetItem* item) { emit openRequested(item->text()); });
   bar_ = new QProgressBar(this);
   bar_->setObjectName(QStringLiteral("PB_PNG"));
   bar_->setTextVisible(false);

@@ -27,6 +27,10 @@ class MediaFrame final : public QGroupBox {
   Progress& progress() { return *progress_; }
   QListWidget* list() const { return list_; }
 
+ signals:
+  // A double-click on a saved picture's path.
+  void openRequested(const QString& path);
+
  private:
   QListWidget* list_ = nullptr;
   QProgressBar* bar_ = nullptr;

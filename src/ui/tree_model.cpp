@@ -6,8 +6,23 @@
 namespace orchidlamp {
 
 TreeModel::TreeModel(const DatabaseTree& tree, const IconSet& icons, QObject* parent)
-    : QAbstractItemModel(parent), tree_(tree), icons_(icons) {
+    : TreeModel(tree, [&icons](ImageKey key) { return icons.Small(key); }, parent) {}
+
+TreeModel::TreeModel(const DatabaseTree& tree, ImageList images, QObject* parent)
+    : QAbstractItemModel(parent), tree_(tree), images_(std::move(images)) {
   Rebuild();
+}
+
+void TreeModel::ImagesChanged() {
+  // One signal per level would be exact; views only repaint what they show, so
+  // the whole range under each shown parent is cheap enough and far simpler.
+  if (!attached_ || tree_.empty()) return;
+  for (NodeId id = kNoNode; id < static_cast<NodeId>(tree_.size()); ++id) {
+    const int count = ChildrenOf(id).second;
+    if (count == 0) continue;
+    const QModelIndex parentIndex = id == kNoNode ? QModelIndex() : IndexOf(id);
+    emit dataChanged(index(0, 0, parentIndex), index(count - 1, 0, parentIndex), {Qt::DecorationRole});
+  }
 }
 
 void TreeModel::Detach() {
@@ -88,7 +103,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return NodeDisplayText(tree_, id);
     case Qt::DecorationRole: {
-      const QIcon icon = icons_.Small(tree_[id].image);
+      const QIcon icon = images_(tree_[id].image);
       return icon.isNull() ? QVariant() : QVariant(icon);
     }
     default:

@@ -10,6 +10,8 @@
 // that is half built.
 
 #include <QAbstractItemModel>
+#include <QIcon>
+#include <functional>
 #include <vector>
 
 #include "core/database_tree.h"
@@ -21,10 +23,15 @@ class IconSet;
 class TreeModel final : public QAbstractItemModel {
   Q_OBJECT
  public:
+  // A node's picture is its image key looked up in `images` (an empty icon: none).
+  using ImageList = std::function<QIcon(ImageKey)>;
   TreeModel(const DatabaseTree& tree, const IconSet& icons, QObject* parent = nullptr);
+  TreeModel(const DatabaseTree& tree, ImageList images, QObject* parent = nullptr);
 
   void Detach();
   void Rebuild();
+  // The images of nodes changed (ticks); the shape of the tree did not.
+  void ImagesChanged();
 
   QModelIndex IndexOf(NodeId id) const;
   // kNoNode for an invalid index.
@@ -42,7 +49,7 @@ class TreeModel final : public QAbstractItemModel {
   std::pair<const NodeId*, int> ChildrenOf(NodeId id) const;
 
   const DatabaseTree& tree_;
-  const IconSet& icons_;
+  ImageList images_;
   bool attached_ = false;
   // Children of node n are children_[begin_[n + 1] .. begin_[n + 2]); slot 0 is
   // the top level. row_[n] is node n's row under its parent.

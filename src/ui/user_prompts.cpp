@@ -2,13 +2,23 @@
 
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QDesktopServices>
 #include <QMessageBox>
+#include <QUrl>
 
 namespace orchidlamp {
 
 std::optional<ChosenFile> DialogPrompts::ChooseFileToOpen(QWidget* parent, const QString& filter) {
   QString selected;
   const QString path = QFileDialog::getOpenFileName(parent, QString(), QString(), filter, &selected);
+  if (path.isEmpty()) return std::nullopt;
+  const int index = static_cast<int>(filter.split(QStringLiteral(";;")).indexOf(selected));
+  return ChosenFile{path, index < 0 ? 1 : index + 1};
+}
+
+std::optional<ChosenFile> DialogPrompts::ChooseFileToSave(QWidget* parent, const QString& filter) {
+  QString selected;
+  const QString path = QFileDialog::getSaveFileName(parent, QString(), QString(), filter, &selected);
   if (path.isEmpty()) return std::nullopt;
   const int index = static_cast<int>(filter.split(QStringLiteral(";;")).indexOf(selected));
   return ChosenFile{path, index < 0 ? 1 : index + 1};
@@ -38,6 +48,16 @@ void DialogPrompts::Tell(QWidget* parent, const Message& message) {
   box.setText(QString::fromStdString(message.text));
   box.setStandardButtons(QMessageBox::Ok);
   box.exec();
+}
+
+void DialogPrompts::ShowFile(const QString& path) { QDesktopServices::openUrl(QUrl::fromLocalFile(path)); }
+
+QString DialogFilter(std::string_view pipeFilter) {
+  const QStringList parts = QString::fromUtf8(pipeFilter.data(), static_cast<qsizetype>(pipeFilter.size()))
+                                .split(QLatin1Char('|'));
+  QStringList descriptions;
+  for (qsizetype i = 0; i < parts.size(); i += 2) descriptions.push_back(parts[i]);
+  return descriptions.join(QStringLiteral(";;"));
 }
 
 }  // namespace orchidlamp

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <optional>
+#include <string_view>
 
 #include "core/message.h"
 
@@ -22,19 +23,31 @@ class UserPrompts {
   virtual ~UserPrompts() = default;
   // nullopt when the user cancels.
   virtual std::optional<ChosenFile> ChooseFileToOpen(QWidget* parent, const QString& filter) = 0;
+  // The save dialog: empty file name, no default folder. nullopt when the user
+  // cancels or leaves the name empty.
+  virtual std::optional<ChosenFile> ChooseFileToSave(QWidget* parent, const QString& filter) = 0;
   // nullopt when the user cancels.
   virtual std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) = 0;
   virtual bool AskYesNo(QWidget* parent, const QString& title, const QString& question) = 0;
   virtual void Tell(QWidget* parent, const Message& message) = 0;
+  // Hands a saved file to the desktop's viewer for its type.
+  virtual void ShowFile(const QString& path) = 0;
 };
+
+// A filter as the system writes it ("Text (*.txt)|*.txt|...") in the form the
+// dialogs take ("Text (*.txt);;..."). The descriptions must differ from one
+// another: the chosen one is how the filter index is found.
+QString DialogFilter(std::string_view pipeFilter);
 
 // The real dialogs.
 class DialogPrompts final : public UserPrompts {
  public:
   std::optional<ChosenFile> ChooseFileToOpen(QWidget* parent, const QString& filter) override;
+  std::optional<ChosenFile> ChooseFileToSave(QWidget* parent, const QString& filter) override;
   std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) override;
   bool AskYesNo(QWidget* parent, const QString& title, const QString& question) override;
   void Tell(QWidget* parent, const Message& message) override;
+  void ShowFile(const QString& path) override;
 };
 
 }  // namespace orchidlamp

@@ -62,6 +62,22 @@ class ScriptedPrompts final : public UserPrompts {
     }
     return f;
   }
+  // Answers of the save dialogs, in order; an exhausted list cancels.
+  std::deque<std::optional<ChosenFile>> saves;
+  std::vector<QString> saveFilters;
+  std::vector<QString> shown;
+
+  std::optional<ChosenFile> ChooseFileToSave(QWidget*, const QString& filter) override {
+    saveFilters.push_back(filter);
+    std::optional<ChosenFile> f;
+    if (!saves.empty()) {
+      f.swap(saves.front());
+      saves.pop_front();
+    }
+    return f;
+  }
+  void ShowFile(const QString& path) override { shown.push_back(path); }
+
   std::optional<QString> AskText(QWidget*, const QString& title, const QString& prompt) override {
     asked.emplace_back(title, prompt);
     std::optional<QString> t;

@@ -1,0 +1,65 @@
+#include "ui/split_dialog.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "core/workspace.h"
+#include "editing/selection_tree.h"
+#include "editing/split.h"
+#include "ui/display_text.h"
+#include "ui/responsive_work.h"
+#include "ui/selection_tree_view.h"
+#include "ui/user_prompts.h"
+
+namespace orchidlamp {
+
+frmSplit::frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
+    : QDialog(parent), ws_(ws), prompts_(prompts), selection_(LoadSelectionTree(ws.tree())) {
+  setObjectName(QStringLiteral("frmSplit"));
+  setWindowTitle(QStringLiteral("Split IPD file"));
+  auto* layout = new QVBoxLayout(this);
+  auto* label = new QLabel(QStringLiteral("Split the IPD file"), this);
+  label->setObjectName(QStringLiteral("Label1"));
+  QFont heading = label->font();
+  heading.setBold(true);
+  label->setFont(heading);
+  layout->addWidget(label);
+  auto* hint = new QLabel(QStringLiteral("Tick databases or single records by clicking their box (or press Space)."), this);
+  hint->setObjectName(QStringLiteral("Label2"));
+  layout->addWidget(hint);
+
+  tvwTree_ = new SelectionTreeView(QStringLiteral("tvwTree"), this);
+  tvwTree_->SetTree(&selection_);
+  layout->addWidget(tvwTree_, 1);
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  auto* split = new QPushButton(QStringLiteral("Split Selected"), this);
+  split->setObjectName(QStringLiteral("btnSplit"));
+  auto* exit = new QPushButton(QStringLiteral("Exit"), this);
+  exit->setObjectName(QStringLiteral("btnExit"));
+  buttons->addWidget(split);
+  buttons->addWidget(exit);
+  layout->addLayout(buttons);
+  connect(split, &QPushButton::clicked, this, &frmSplit::btnSplit_Click);
+  connect(exit, &QPushButton::clicked, this, &QDialog::close);
+  resize(460, 520);
+}
+
+void frmSplit::btnSplit_Click() {
+  const auto chosen = prompts_.ChooseFileToSave(this, DialogFilter("IPD Files (*.ipd)|*.ipd"));
+  if (!chosen || chosen->path.isEmpty()) return;
+  const std::string path = ToPath(chosen->path);
+  setEnabled(false);
+  const auto done = RunResponsive([&] { return Split(selection_, ws_.file().View(), path); });
+  setEnabled(true);
+  if (!done) {
+    prompts_.Tell(this, done.failure().message);
+    return;
+  }
+  if (done.value()) prompts_.Tell(this, *done.value());
+}
+
+}  // namespace orchidlamp

@@ -1,0 +1,38 @@
+#pragma once
+
+// frmSplit: the open backup's databases and records in a selection tree; the
+// ticked ones are written to a new IPD file chosen in a save dialog.
+//
+// The tree is copied from the main tree when the dialog is made; the split reads
+// the main window's loaded bytes when it writes, so the window must not load
+// another file while the dialog is open (it is modal).
+
+#include <QDialog>
+
+#include "core/database_tree.h"
+
+namespace orchidlamp {
+
+class SelectionTreeView;
+class UserPrompts;
+class Workspace;
+
+class frmSplit final : public QDialog {
+  Q_OBJECT
+ public:
+  frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent = nullptr);
+
+  SelectionTreeView* tvwTree() const { return tvwTree_; }
+  DatabaseTree& selection() { return selection_; }
+
+ public slots:
+  void btnSplit_Click();
+
+ private:
+  const Workspace& ws_;
+  UserPrompts& prompts_;
+  DatabaseTree selection_;
+  SelectionTreeView* tvwTree_ = nullptr;
+};
+
+}  // namespace orchidlamp
