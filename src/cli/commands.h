@@ -11,11 +11,17 @@ namespace orchidlamp::cli {
 // A command gets the words after its name, global options already taken out.
 using CommandFn = int (*)(CliContext& context, const std::vector<std::string>& words);
 
+// One row per command: `--help`, `COMMAND --help` and the manual page all read
+// their text from here, so a command added here is documented everywhere.
+// `summary` must fit one line of the overview; `details` may span lines, each
+// ending in "\n"; `example` is a whole command line.
 struct Command {
   std::string_view name;
   CommandFn run;
   std::string_view synopsis;
   std::string_view summary;
+  std::string_view details;
+  std::string_view example;
 };
 
 int RunTree(CliContext&, const std::vector<std::string>&);
@@ -29,21 +35,49 @@ int RunSbEdit(CliContext&, const std::vector<std::string>&);
 int RunConvert(CliContext&, const std::vector<std::string>&);
 
 inline constexpr Command kCommands[] = {
-    {"tree", RunTree, "tree FILE", "print the database tree, one node per line"},
-    {"status", RunStatus, "status FILE", "print the status bar's two panels"},
-    {"show", RunShow, "show FILE TAG", "print the decoded members of the record node TAG"},
+    {"tree", RunTree, "tree FILE", "print the database tree, one node per line",
+     "Depth first: the root, then each database followed by its records. Each line is\n"
+     "DEPTH<TAB>KEY<TAB>IMAGE<TAB>TAG<TAB>TEXT, depth 0 for the root, 1 for a database,\n"
+     "2 for a record; empty columns stay empty.\n",
+     "orchidlamp-cli tree samples/sample.ipd"},
+    {"status", RunStatus, "status FILE", "print the status bar's two panels",
+     "Two lines: the file name panel, then the record counts per kind.\n",
+     "orchidlamp-cli status samples/sample.ipd"},
+    {"show", RunShow, "show FILE TAG", "print the decoded members of the record node TAG",
+     "One Member=value line per member, in the decoder's order. TAG is the record's tag\n"
+     "as `tree` prints it (two offsets joined by a colon). A service-book record prints\n"
+     "hrtnet(0)= ... hrtnet(21)=; a record no panel shows prints nothing.\n",
+     "orchidlamp-cli --timezone +3 show samples/sample.ipd 235:509"},
     {"export", RunExport, "export FILE (--txt|--csv) --scope record|kind|all [--node TAG]",
-     "export records as a text report or CSV beside the backup"},
-    {"media", RunMedia, "media FILE (--jpg|--png)", "save embedded JPEG or PNG pictures to the media folder"},
-    {"split", RunSplit, "split FILE OUT [--toggle NODE]...",
-     "write the ticked databases and records to OUT; NODE is a node key (\"Top\", \"3DBTop\") "
-     "or a record tag, and one that names no node fails (exit 1)"},
+     "export records as a text report or CSV beside the backup",
+     "--scope record exports the record TAG, --scope kind every record of TAG's database,\n"
+     "--scope all the whole tree; --node is required for record and kind. The file\n"
+     "OL_Export_ddhhnnss.txt or .csv goes beside FILE, or into --out-dir.\n",
+     "orchidlamp-cli --out-dir /tmp export samples/sample.ipd --csv --scope all"},
+    {"media", RunMedia, "media FILE (--jpg|--png)", "save embedded JPEG or PNG pictures to the media folder",
+     "Prints one saved path per line. Pictures go to the program folder's \"media\"\n"
+     "folder, or to DIR/media with --program-dir DIR.\n",
+     "orchidlamp-cli --program-dir /tmp media samples/sample.ipd --jpg"},
+    {"split", RunSplit, "split FILE OUT [--toggle NODE]...", "write the ticked databases and records to OUT",
+     "Every node starts unticked; each --toggle flips NODE and its records, in the\n"
+     "order given. NODE is a node key (\"Top\", \"3DBTop\") or a record tag; one\n"
+     "that names no node fails (exit 1).\n",
+     "orchidlamp-cli split samples/sample.ipd /tmp/sms.ipd --toggle 10DBTop"},
     {"merge", RunMerge, "merge FILE1 FILE2 OUT [--toggle1 NODE]... [--toggle2 NODE]...",
-     "merge the ticked databases of two backups into OUT; NODE as for split, an unknown one fails (exit 1)"},
+     "merge the ticked databases of two backups into OUT",
+     "--toggle1 flips a node of FILE1's tree, --toggle2 one of FILE2's; NODE as for\n"
+     "split, an unknown one fails (exit 1).\n",
+     "orchidlamp-cli merge first.ipd second.ipd /tmp/merged.ipd --toggle1 Top --toggle2 Top"},
     {"sb-edit", RunSbEdit, "sb-edit FILE TAG [--set N=VALUE]... (--save|--save-all)",
-     "edit a service-book record and save it as a new IPD beside FILE (or in --out-dir); a TAG "
-     "that is no service-book record opens no editor and writes nothing (exit 0)"},
-    {"convert", RunConvert, "convert IN OUT --to ipd|bbb-win|bbb-mac", "save the backup as IPD or a desktop backup"},
+     "edit a service-book record and save it as a new IPD",
+     "--set N=VALUE puts VALUE into box hrtnet(N), N from 0 to 21. --save writes the\n"
+     "record alone, --save-all with the rest of its database, beside FILE or into\n"
+     "--out-dir. A TAG that is no service-book record writes nothing (exit 0).\n",
+     "orchidlamp-cli --out-dir /tmp sb-edit samples/sample.ipd 3043:3340 --set 2=Work --save"},
+    {"convert", RunConvert, "convert IN OUT --to ipd|bbb-win|bbb-mac", "save the backup as IPD or a desktop backup",
+     "IN may be an IPD or a BBB file; --to picks the kind written to OUT: a plain IPD,\n"
+     "a Windows desktop backup or a Mac desktop backup.\n",
+     "orchidlamp-cli convert samples/sample.ipd /tmp/sample.bbb --to bbb-win"},
 };
 
 // Opens `path` into the context, printing the failure if it does not load.
