@@ -1,0 +1,68 @@
+#include "core/file_io.h"
+#include "core/settings.h"
+#include "export/export_panel.h"
+#include "export/media_extraction.h"
+#include "export/record_formatters.h"
+#include "export/text_export.h"
+#include "fuzz_scratch.h"
+#include "fuzz_targets.h"
+#include "records/record_kinds.h"
+
+namespace orchidlamp::fuzz {
+namespace {
+
+constexpr RecordFormatter kFormatters[] = {
+    FormatAutoText, FormatBookmark, FormatSms, FormatContact, FormatContactNested,
+    FormatTask,     FormatMemo,     FormatAppointment, FormatAppointmentNested, FormatCall,
+};
+
+}  // namespace
+
+int FuzzExport(const std::uint8_t* data, std::size_t size) {
+  // The first byte picks the delimiter's first character and the export depth.
+  ControlReader control(data, size);
+  const std::uint8_t choice = control.Byte();
+
+  const KindLabeller labeller;
+  Workspace ws(labeller);
+  PointFoldersAtScratch(ws);
+  (void)LoadScratchBackup(ws, control.rest(), control.restSize());
+  ws.exportDepth = static_cast<int>(choice % 5) - 2;
+
+  FormatContext context = FormatContextOf(ws);
+  context.delimiter = std::string(1, static_cast<char>(choice));
+  const DatabaseTree& tree = ws.tree();
+  for (const TreeNode& node : tree.nodes()) {
+    if (!node.tag) continue;
+    const ByteView body = ws.Body(*node.tag);
+    for (bool asText : {true, false}) {
+      for (RecordFormatter format : kFormatters) (void)format(body, *node.tag, context, asText);
+      (void)FormatRecordOf(ws, tree[node.parent].text, *node.tag, context, asText);
+    }
+  }
+
+  // The export menu on the first record, then the whole tree in both forms.
+  ExportPanel panel;
+  for (NodeId id = 0; id < static_cast<NodeId>(tree.size()); ++id) {
+    if (!tree[id].tag) continue;
+    ws.selected = id;
+    if (PrepareExport(ws, panel)) {
+      panel.Check(kScopeKind);
+      (void)PressExport(ws, panel, (choice & 1) ? ExportForm::Csv : ExportForm::Text);
+    }
+    break;
+  }
+  panel.Check(kScopeTree);
+  for (ExportForm form : {ExportForm::Text, ExportForm::Csv}) {
+    auto done = PressExport(ws, panel, form);
+    if (!done) std::abort();  // the scratch output folder is writable
+  }
+
+  // Media: pictures anywhere in the bytes, saved under the program folder.
+  (void)CreateFolder(ws.ProgramFolder() + "media");
+  (void)ExtractPngImages(ws);
+  (void)ExtractJpgImages(ws);
+  return 0;
+}
+
+}  // namespace orchidlamp::fuzz

@@ -1,0 +1,18 @@
+#include "fuzz_targets.h"
+
+#include <array>
+
+namespace orchidlamp::fuzz {
+
+std::span<const FuzzTarget> AllTargets() {
+  static constexpr std::array<FuzzTarget, 5> kTargets = {{
+      {"ipd_loader", &FuzzIpdLoader},
+      {"record_decoders", &FuzzRecordDecoders},
+      {"export", &FuzzExport},
+      {"editing", &FuzzEditing},
+      {"desktop_backup", &FuzzDesktopBackup},
+  }};
+  return kTargets;
+}
+
+}  // namespace orchidlamp::fuzz

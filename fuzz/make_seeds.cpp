@@ -1,0 +1,108 @@
+// orchidlamp-fuzz-seeds FOLDER: writes the seed corpora, one folder per target,
+// from the bundled sample and the tests' fixtures. Its output is what
+// tests/corpus holds as seed-*; run it again when the sample changes.
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "convert/backup_manifest.h"
+#include "convert/desktop_backup_writer.h"
+#include "core/kinds.h"
+#include "records/record_kinds.h"
+#include "support/ipd_builder.h"
+#include "support/record_shapes.h"
+#include "support/sample_backup.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using namespace orchidlamp;
+using namespace orchidlamp::testing;
+
+void Save(const std::filesystem::path& folder, const std::string& target, const std::string& name,
+          const Bytes& bytes) {
+  std::filesystem::create_directories(folder / target);
+  std::ofstream out(folder / target / ("seed-" + name), std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+Bytes WithControls(const Bytes& controls, const Bytes& backup) { return Concat({controls, backup}); }
+
+// Small backups with one trait each: what the loader and the walk treat specially.
+std::vector<std::pair<std::string, Bytes>> SmallBackups() {
+  ServiceBookValues sb;
+  sb.name = "Browser";
+  sb.uid = "S1";
+  sb.cid = "BrowserConfig";
+  sb.description = "d";
+  return {
+      {"sample", SampleBackup()},
+      {"names-only", IpdBuilder().Database("SMS Messages").Database("Memos").Build()},
+      {"marker-at-end", IpdBuilder().Database("Memos").Add(FieldRecord(0, {{1, TextZ("m")}})).Raw(MarkerBlock()).Build()},
+      {"marker-between",
+       IpdBuilder().Database("Tasks").Add(FieldRecord(0, {{2, TextZ("t")}})).Raw(MarkerBlock())
+           .Add(FieldRecord(0, {{2, TextZ("u")}})).Build()},
+      {"service-book", IpdBuilder().Database("Service Book").Add(FieldRecord(0, ServiceBookFields(sb))).Build()},
+      {"empty-record", IpdBuilder().Database("Phone Call Logs").Add(Record{0, {}, 0}).Build()},
+      {"wide-text",
+       IpdBuilder().Database("Address Book").Add(FieldRecord(0, {{32, WideText(u"\u0645\u0631\u062D\u0628\u0627")}})).Build()},
+  };
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: orchidlamp-fuzz-seeds FOLDER\n";
+    return 2;
+  }
+  const std::filesystem::path folder = argv[1];
+  const auto backups = SmallBackups();
+  for (const auto& [name, bytes] : backups) {
+    Save(folder, "ipd_loader", name, bytes);
+    Save(folder, "record_decoders", name, WithControls({0x18}, bytes));
+    Save(folder, "export", name, WithControls({','}, bytes));
+  }
+
+  // Editing: every node of the sample ticked in turn would be many files; a few
+  // shapes instead: nothing ticked, the root, one database, and the editor on
+  // every service-book node with a value set.
+  const Bytes sample = SampleBackup();
+  const KindLabeller labeller;
+  TempFolder temp;
+  const std::string samplePath = temp.Write("sample.ipd", sample);
+  Workspace ws(labeller);
+  if (!ws.Load(samplePath, StoredSettings{})) return 1;
+  Save(folder, "editing", "untouched", WithControls({0, 0, 0}, sample));
+  Save(folder, "editing", "root-ticked", WithControls({1, 0, 0, 0, 0}, sample));
+  Save(folder, "editing", "both-roots", WithControls({2, 0, 0, 0x80, 0, 0, 0}, sample));
+  for (NodeId id = 0; id < static_cast<NodeId>(ws.tree().size()); ++id) {
+    const TreeNode& node = ws.tree()[id];
+    if (node.childCount > 0 && node.parent != kNoNode)
+      Save(folder, "editing", "database-" + node.key, WithControls({1, 0, static_cast<std::uint8_t>(id), 0, 0}, sample));
+    if (node.parent == kNoNode || ws.tree()[node.parent].text != InfoOf(Kind::ServiceBook).name) continue;
+    Save(folder, "editing", "service-book-" + std::to_string(id),
+         WithControls({1, 0, static_cast<std::uint8_t>(id), 2, 17, 3, 'n', 'e', 'w', 4, 5, '1', ':', '2', ':', '3',
+                       static_cast<std::uint8_t>(id)},
+                      sample));
+  }
+
+  // Desktop backups: the sample saved as both kinds, and the made-up form
+  // (manifest, separator, .dat files) that the target zips itself.
+  for (auto [kind, name] : {std::pair{SaveKind::WindowsBbb, "windows.bbb"}, std::pair{SaveKind::MacBbb, "mac.bbb"}}) {
+    auto saved = SaveBackupAs(samplePath, temp.File(name), kind, [] { return std::time_t{1234567890}; }, temp.path());
+    if (!saved) return 1;
+    Save(folder, "desktop_backup", name, ReadFile(temp.File(name)));
+  }
+  std::vector<Bytes> dats;
+  auto summaries = SummarizeForSave(sample, &dats);
+  if (!summaries) return 1;
+  Bytes made = Concat({Bytes{0}, Text(ManifestXml(summaries.value()))});
+  for (const Bytes& dat : dats) made = Concat({made, Text("\n@@\n"), dat});
+  Save(folder, "desktop_backup", "made-windows", made);
+  Save(folder, "desktop_backup", "made-mac",
+       Concat({Bytes{1}, Text(MacBackupXml(summaries.value())), Text("\n@@\n"), sample}));
+  return 0;
+}

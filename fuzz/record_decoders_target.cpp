@@ -1,0 +1,68 @@
+#include <vector>
+
+#include "core/ipd_format.h"
+#include "fuzz_scratch.h"
+#include "fuzz_targets.h"
+#include "records/decoders.h"
+#include "records/record_click.h"
+#include "records/record_kinds.h"
+#include "records/service_book_panel.h"
+
+namespace orchidlamp::fuzz {
+namespace {
+
+// Every decoder on one body, as if the record belonged to every database.
+void DecodeAsEveryKind(ByteView body, double timeZoneHours) {
+  const ContactPictureSink noPictures = [](ByteView, std::int64_t) { return std::string(); };
+  (void)DecodeSms(body, timeZoneHours).Members();
+  (void)SmsLabel(body);
+  (void)SmsIsSent(body);
+  for (bool nested : {false, true}) {
+    (void)DecodeContact(body, 7, nested, noPictures).Members();
+    (void)ContactLabel(body, nested);
+    (void)DecodeAppointment(body, nested, timeZoneHours).Members();
+    (void)AppointmentLabel(body, nested);
+  }
+  (void)DecodeTask(body).Members();
+  (void)TaskLabel(body);
+  (void)DecodeMemo(body).Members();
+  (void)MemoLabel(body);
+  (void)DecodeCall(body, timeZoneHours).Members();
+  (void)CallLabel(body);
+  (void)CallDirectionWord(body);
+  (void)CallDirectionImage(body);
+  (void)DecodeAutoText(body).Members();
+  (void)AutoTextLabel(body);
+  (void)DecodeBookmark(body).Members();
+  (void)BookmarkLabel(body);
+  (void)ServiceBookLabel(body);
+  std::array<std::string, kServiceBookBoxCount> panel{};
+  ApplyServiceBookBoxes(DecodeServiceBookPanel(body), panel);
+}
+
+}  // namespace
+
+int FuzzRecordDecoders(const std::uint8_t* data, std::size_t size) {
+  // The first byte picks a time zone from -12 to +12 in half hours.
+  ControlReader control(data, size);
+  const double timeZoneHours = (static_cast<int>(control.Byte() % 49) - 24) / 2.0;
+
+  // The whole input as one body: decoders see bodies of every length.
+  DecodeAsEveryKind(ByteView(control.rest(), control.restSize()), timeZoneHours);
+
+  const KindLabeller labeller;
+  Workspace ws(labeller);
+  PointFoldersAtScratch(ws);
+  (void)LoadScratchBackup(ws, control.rest(), control.restSize());
+  const ByteView bytes = ws.file().View();
+  if (auto table = ReadNameTable(bytes)) {
+    (void)WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
+      DecodeAsEveryKind(BodyOf(bytes, r.Span()), timeZoneHours);
+    });
+  }
+  // The click of every node, with the pictures written as the window writes them.
+  for (NodeId id = 0; id < static_cast<NodeId>(ws.tree().size()); ++id) (void)ClickNode(ws, id);
+  return 0;
+}
+
+}  // namespace orchidlamp::fuzz
