@@ -16,3 +16,17 @@ target_link_libraries(orchidlamp_ui PUBLIC
 
 add_executable(orchidlamp ${CMAKE_CURRENT_LIST_DIR}/main.cpp)
 target_link_libraries(orchidlamp PRIVATE orchidlamp_ui)
+
+# The help PDF beside the program, rendered from the help text at build time.
+# ORCHIDLAMP_HELP_PDF names it for whoever installs the program.
+add_executable(make_help_pdf ${CMAKE_CURRENT_LIST_DIR}/help/make_help_pdf.cpp)
+target_link_libraries(make_help_pdf PRIVATE Qt6::Core Qt6::Gui)
+set(ORCHIDLAMP_HELP_PDF "${CMAKE_CURRENT_BINARY_DIR}/Orchidlamp Help.pdf" CACHE INTERNAL "The help PDF beside the program")
+add_custom_command(OUTPUT "${ORCHIDLAMP_HELP_PDF}"
+  COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0
+          $<TARGET_FILE:make_help_pdf> ${CMAKE_CURRENT_LIST_DIR}/help/help.md "${ORCHIDLAMP_HELP_PDF}"
+  DEPENDS make_help_pdf ${CMAKE_CURRENT_LIST_DIR}/help/help.md
+  COMMENT "Rendering Orchidlamp Help.pdf"
+  VERBATIM)
+add_custom_target(orchidlamp_help ALL DEPENDS "${ORCHIDLAMP_HELP_PDF}")
+add_dependencies(orchidlamp orchidlamp_help)
