@@ -1,18 +1,12 @@
-// Build-time helper for the installed files that are made, not written by hand:
-//   orchidlamp-assets png SVG SIZE OUT.png   renders the program's icon at SIZE x SIZE
-//   orchidlamp-assets pdf GUIDE.md OUT.pdf   typesets the help guide as a PDF
+// Build-time helper that renders the program's icon for the icon theme:
+//   orchidlamp-assets png SVG SIZE OUT.png
 // It runs during the build on machines without a display, so the caller sets
 // QT_QPA_PLATFORM=offscreen. Exit 1 with a message when a file cannot be read or written.
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
-#include <QPageLayout>
-#include <QPageSize>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QSvgRenderer>
-#include <QTextDocument>
 #include <cstdio>
 
 namespace {
@@ -36,29 +30,11 @@ int RenderPng(const QString& svg, int size, const QString& out) {
   return 0;
 }
 
-int TypesetPdf(const QString& guide, const QString& out) {
-  QFile in(guide);
-  if (!in.open(QIODevice::ReadOnly)) return Fail(QStringLiteral("cannot read %1").arg(guide));
-  QTextDocument document;
-  document.setDefaultFont(QFont(QStringLiteral("DejaVu Sans"), 10));
-  document.setMarkdown(QString::fromUtf8(in.readAll()));
-
-  QPdfWriter pdf(out);
-  pdf.setTitle(QStringLiteral("Orchidlamp Help"));
-  pdf.setCreator(QStringLiteral("Orchidlamp"));
-  pdf.setPageSize(QPageSize(QPageSize::A4));
-  pdf.setPageMargins(QMarginsF(20, 20, 20, 20), QPageLayout::Millimeter);
-  // QTextDocument::print paginates and numbers the pages; it needs a layout
-  // in the writer's resolution, which it sets up itself.
-  document.print(&pdf);
-  QFile written(out);
-  if (!written.exists() || written.size() == 0) return Fail(QStringLiteral("cannot write %1").arg(out));
-  return 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
+  // The offscreen platform warns about the missing session folders of a build machine.
+  qputenv("QT_LOGGING_RULES", "default.warning=false;qt.qpa.*.warning=false");
   QGuiApplication app(argc, argv);
   const QStringList args = QGuiApplication::arguments();
   if (args.size() == 5 && args[1] == QStringLiteral("png")) {
@@ -67,6 +43,5 @@ int main(int argc, char** argv) {
     if (!ok) return Fail(QStringLiteral("icon size '%1' is no number").arg(args[3]));
     return RenderPng(args[2], size, args[4]);
   }
-  if (args.size() == 4 && args[1] == QStringLiteral("pdf")) return TypesetPdf(args[2], args[3]);
-  return Fail(QStringLiteral("usage: orchidlamp-assets png SVG SIZE OUT.png | pdf GUIDE.md OUT.pdf"));
+  return Fail(QStringLiteral("usage: orchidlamp-assets png SVG SIZE OUT.png"));
 }

@@ -36,6 +36,12 @@ bool WriteText(const QString& path, const QString& text) {
   return file.write(bytes) == bytes.size();
 }
 
+QString ReadText(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) return {};
+  return QString::fromUtf8(file.readAll());
+}
+
 }  // namespace
 
 QString DesktopEntryText(const QString& executable) {
@@ -64,11 +70,35 @@ QString MimeInfoText() {
       .arg(QString::fromLatin1(kIpdMimeType));
 }
 
+bool PackageProvidesAssociation(const QStringList& systemDataFolders) {
+  for (const QString& folder : systemDataFolders)
+    if (QFileInfo::exists(folder + QStringLiteral("/applications/orchidlamp.desktop"))) return true;
+  return false;
+}
+
+bool RemoveRegisteredAssociation(const QString& dataFolder) {
+  const QString entryPath = dataFolder + QStringLiteral("/applications/orchidlamp.desktop");
+  const QString mimePath = dataFolder + QStringLiteral("/mime/packages/orchidlamp.xml");
+  // An entry is ours when everything before its command line is what we write.
+  const QString ourHead = DesktopEntryText(QString()).section(QStringLiteral("Exec="), 0, 0);
+  if (ReadText(entryPath).startsWith(ourHead)) QFile::remove(entryPath);
+  return ReadText(mimePath) == MimeInfoText() && QFile::remove(mimePath);
+}
+
 bool RegisterFileAssociation(const QString& executable, const QString& dataFolder) {
   const bool userFolder = dataFolder.isEmpty();
   const QString data = userFolder ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) : dataFolder;
   if (data.isEmpty()) return false;
   const QString mimeFolder = data + QStringLiteral("/mime");
+  if (userFolder) {
+    QStringList systemFolders = QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
+    systemFolders.removeAll(data);
+    if (PackageProvidesAssociation(systemFolders)) {
+      if (RemoveRegisteredAssociation(data) && !QStandardPaths::findExecutable(QStringLiteral("update-mime-database")).isEmpty())
+        QProcess::startDetached(QStringLiteral("update-mime-database"), {mimeFolder});
+      return true;
+    }
+  }
   const bool entry = WriteText(data + QStringLiteral("/applications/orchidlamp.desktop"), DesktopEntryText(executable));
   const bool mime = WriteText(mimeFolder + QStringLiteral("/packages/orchidlamp.xml"), MimeInfoText());
   // The desktop reads the type from the compiled database; when the tool is

@@ -10,9 +10,14 @@
 
 namespace orchidlamp {
 
+bool IsInstalledProgramFolder(const std::string& executableFolder) {
+  return QFileInfo(QString::fromStdString(executableFolder) + QStringLiteral("/../share/orchidlamp")).isDir();
+}
+
 std::string DefaultProgramFolder() {
   const QString exeFolder = QCoreApplication::applicationDirPath();
-  if (QFileInfo(exeFolder).isWritable()) return exeFolder.toStdString();
+  if (QFileInfo(exeFolder).isWritable() && !IsInstalledProgramFolder(exeFolder.toStdString()))
+    return exeFolder.toStdString();
   const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
   QDir().mkpath(data);
   return data.toStdString();

@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QString>
+
+#include "gui_test_support.h"
+#include "support/temp_folder.h"
+#include "ui/file_association.h"
+#include "ui/program_folder.h"
+
+namespace orchidlamp {
+namespace {
+
+using namespace orchidlamp::testing;
+
+QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+// The files the package installs, read from the source tree.
+QString Packaged(const QString& name) {
+  QFile file(QStringLiteral(__FILE__).section(QLatin1Char('/'), 0, -4) + QStringLiteral("/packaging/") + name);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  return QString::fromUtf8(file.readAll());
+}
+
+void WriteFile(const std::string& path, const QString& text) {
+  QFile file(Q(path));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+  file.write(text.toUtf8());
+}
+
+TEST(InstalledAssociation, APackageEntryInASystemFolderIsFound) {
+  GuiApp();
+  TempFolder usrShare;
+  TempFolder other;
+  EXPECT_FALSE(PackageProvidesAssociation({Q(other.path()), Q(usrShare.path())}));
+  EXPECT_FALSE(PackageProvidesAssociation({}));
+
+  ASSERT_TRUE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), Q(usrShare.path())));
+  EXPECT_TRUE(PackageProvidesAssociation({Q(other.path()), Q(usrShare.path())}));
+  // A mime package alone is no desktop entry: nothing would start the program.
+  QFile::remove(Q(usrShare.File("applications/orchidlamp.desktop")));
+  EXPECT_FALSE(PackageProvidesAssociation({Q(usrShare.path())}));
+}
+
+TEST(InstalledAssociation, CopiesAnEarlierStartWroteAreRemoved) {
+  GuiApp();
+  TempFolder user;
+  ASSERT_TRUE(RegisterFileAssociation(QStringLiteral("/home/me/build/orchidlamp"), Q(user.path())));
+  ASSERT_TRUE(FileExists(user.File("applications/orchidlamp.desktop")));
+
+  EXPECT_TRUE(RemoveRegisteredAssociation(Q(user.path())));
+  EXPECT_FALSE(FileExists(user.File("applications/orchidlamp.desktop")));
+  EXPECT_FALSE(FileExists(user.File("mime/packages/orchidlamp.xml")));
+  // Nothing left: nothing to rebuild.
+  EXPECT_FALSE(RemoveRegisteredAssociation(Q(user.path())));
+}
+
+TEST(InstalledAssociation, FilesAUserEditedStay) {
+  GuiApp();
+  TempFolder user;
+  ASSERT_TRUE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), Q(user.path())));
+  const std::string entry = user.File("applications/orchidlamp.desktop");
+  const std::string mime = user.File("mime/packages/orchidlamp.xml");
+  // A user's own copy of the package entry, with a changed name, and a type file with one more glob.
+  WriteFile(entry, QStringLiteral("[Desktop Entry]\nType=Application\nName=My Orchidlamp\nExec=orchidlamp %f\n"));
+  WriteFile(mime, MimeInfoText().replace(QStringLiteral("<glob pattern=\"*.ipd\"/>"),
+                                         QStringLiteral("<glob pattern=\"*.ipd\"/><glob pattern=\"*.IPD\"/>")));
+
+  EXPECT_FALSE(RemoveRegisteredAssociation(Q(user.path())));
+  EXPECT_TRUE(FileExists(entry));
+  EXPECT_TRUE(FileExists(mime));
+}
+
+// The package's entry must claim the type the window registers, and start the
+// program with the file as the window's own registration does.
+TEST(InstalledAssociation, ThePackagedEntryAndTypeAgreeWithTheWindowsRegistration) {
+  const QString entry = Packaged(QStringLiteral("orchidlamp.desktop"));
+  ASSERT_FALSE(entry.isEmpty());
+  EXPECT_TRUE(entry.startsWith(QStringLiteral("[Desktop Entry]\n")));
+  EXPECT_TRUE(entry.contains(QStringLiteral("\nExec=orchidlamp %f\n")));
+  EXPECT_TRUE(entry.contains(QStringLiteral("\nIcon=orchidlamp\n")));
+  EXPECT_TRUE(entry.contains(QStringLiteral("\nMimeType=%1;").arg(QString::fromLatin1(kIpdMimeType))));
+  // A user's copy of the package's entry is never taken for one the window wrote.
+  EXPECT_FALSE(entry.startsWith(DesktopEntryText(QString()).section(QStringLiteral("Exec="), 0, 0)));
+
+  const QString types = Packaged(QStringLiteral("orchidlamp-mime.xml"));
+  EXPECT_TRUE(types.contains(QStringLiteral("<mime-type type=\"%1\">").arg(QString::fromLatin1(kIpdMimeType))));
+  EXPECT_TRUE(types.contains(QStringLiteral("<glob pattern=\"*.ipd\"")));
+  EXPECT_TRUE(types.contains(QStringLiteral("<glob pattern=\"*.bbb\"")));
+  for (const QString& type : entry.section(QStringLiteral("\nMimeType="), 1).section(QLatin1Char('\n'), 0, 0)
+                                 .split(QLatin1Char(';'), Qt::SkipEmptyParts))
+    EXPECT_TRUE(types.contains(QStringLiteral("<mime-type type=\"%1\">").arg(type))) << type.toStdString();
+}
+
+// An installed copy writes media into the user's folder, never into bin/,
+// even when run by an administrator who could.
+TEST(InstalledProgramFolder, IsKnownByTheDataFolderBesideIt) {
+  TempFolder prefix;
+  ASSERT_TRUE(QDir().mkpath(Q(prefix.File("bin"))));
+  EXPECT_FALSE(IsInstalledProgramFolder(prefix.File("bin")));
+  ASSERT_TRUE(QDir().mkpath(Q(prefix.File("share/orchidlamp"))));
+  EXPECT_TRUE(IsInstalledProgramFolder(prefix.File("bin")));
+  EXPECT_FALSE(IsInstalledProgramFolder(prefix.File("bin/sub")));
+}
+
+}  // namespace
+}  // namespace orchidlamp
