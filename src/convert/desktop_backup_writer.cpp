@@ -92,6 +92,7 @@ Result<std::vector<DatabaseSummary>> SummarizeForSave(ByteView ipd, std::vector<
   for (std::size_t i = 0; i < count; ++i) {
     Bytes& dat = (*dats)[i];
     dat.reserve(datSizes[i]);
+    PreferHugePages(dat.data(), dat.capacity());
     dat.assign(header.begin(), header.end());
     Append(dat, table->entries[i].Bytes(ipd));
   }

@@ -1,10 +1,13 @@
 #include "core/file_io.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 namespace orchidlamp {
@@ -56,7 +59,11 @@ Result<Bytes> ReadWholeFile(const std::string& path) {
     ::close(fd);
     return f;
   }
-  Bytes bytes(static_cast<std::size_t>(st.st_size));
+  // Reserved, advised, then sized: the zero fill is what first touches the pages.
+  Bytes bytes;
+  bytes.reserve(static_cast<std::size_t>(st.st_size));
+  PreferHugePages(bytes.data(), bytes.capacity());
+  bytes.resize(static_cast<std::size_t>(st.st_size));
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t n = ::read(fd, bytes.data() + done, bytes.size() - done);
@@ -67,6 +74,20 @@ Result<Bytes> ReadWholeFile(const std::string& path) {
   ::close(fd);
   bytes.resize(done);
   return bytes;
+}
+
+void PreferHugePages(const void* data, std::size_t size) {
+#ifdef MADV_HUGEPAGE
+  constexpr std::uintptr_t kHugePage = std::uintptr_t{2} << 20;
+  const auto start = reinterpret_cast<std::uintptr_t>(data);
+  const std::uintptr_t first = (start + kHugePage - 1) & ~(kHugePage - 1);
+  const std::uintptr_t end = (start + size) & ~(kHugePage - 1);
+  if (data == nullptr || end <= first) return;
+  (void)::madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+#else
+  (void)data;
+  (void)size;
+#endif
 }
 
 Status WriteInPlace(const std::string& path, ByteView bytes) { return WriteWithFlags(path, bytes, 0); }
@@ -88,6 +109,52 @@ Status WriteConcatenated(const std::string& path, std::initializer_list<ByteView
     ::unlink(path.c_str());
     return f;
   }
+  return Ok();
+}
+
+BufferedFileWriter::BufferedFileWriter(const std::string& path, Mode mode, std::size_t bufferSize)
+    : path_(path), buffer_(bufferSize == 0 ? 1 : bufferSize) {
+  struct stat st {};
+  if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) {
+    failure_ = Fail("Cannot write " + path + ": it is a folder");
+    return;
+  }
+  const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | (mode == Mode::Truncating ? O_TRUNC : 0);
+  fd_ = ::open(path.c_str(), flags, 0644);
+  if (fd_ < 0) failure_ = IoFailure("Cannot write", path);
+}
+
+BufferedFileWriter::~BufferedFileWriter() {
+  if (fd_ >= 0) ::close(fd_);
+}
+
+void BufferedFileWriter::Append(ByteView bytes) {
+  while (!bytes.empty()) {
+    if (used_ == buffer_.size()) Flush();
+    const std::size_t n = std::min(bytes.size(), buffer_.size() - used_);
+    std::memcpy(buffer_.data() + used_, bytes.data(), n);
+    used_ += n;
+    bytes = bytes.subspan(n);
+  }
+}
+
+void BufferedFileWriter::Flush() {
+  if (fd_ >= 0 && !failure_) {
+    Status written = WriteOpen(fd_, path_, ByteView(buffer_).first(used_));
+    if (!written) {
+      failure_ = written.failure();
+      fd_ = -1;  // WriteOpen closed it
+    }
+  }
+  used_ = 0;
+}
+
+Status BufferedFileWriter::Finish() {
+  Flush();
+  if (failure_) return *failure_;
+  const int fd = fd_;
+  fd_ = -1;
+  if (::close(fd) != 0) return IoFailure("Cannot write", path_);
   return Ok();
 }
 

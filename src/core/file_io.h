@@ -4,6 +4,7 @@
 // the file and the reason.
 
 #include <initializer_list>
+#include <optional>
 #include <string>
 
 #include "core/bytes.h"
@@ -12,6 +13,13 @@
 namespace orchidlamp {
 
 Result<Bytes> ReadWholeFile(const std::string& path);
+
+// Asks the kernel to back the whole 2 MiB pages inside [data, data + size) with
+// huge pages when they are first touched: a buffer the size of a backup then
+// costs a few hundred page faults instead of tens of thousands. Call it on
+// reserved, untouched memory; memory already touched keeps its small pages. A
+// hint only: it never fails and changes no content.
+void PreferHugePages(const void* data, std::size_t size);
 
 // Writes from offset 0 without truncating: an existing longer file keeps its tail.
 // This is how the backup writers have always written; keep it.
@@ -24,6 +32,45 @@ Status WriteTruncating(const std::string& path, ByteView bytes);
 // of parts already in memory needs neither a joined copy nor reading the parts
 // back. On failure the file is removed: a caller never opens half of it.
 Status WriteConcatenated(const std::string& path, std::initializer_list<ByteView> pieces);
+
+// Writes one file through one fixed buffer that goes out whenever it fills: a
+// file of any size costs the buffer, not its size, in fresh memory. The file is
+// opened by the constructor, in place (no truncation, as WriteInPlace) or
+// truncating; a failure to open or write is kept, later appends are dropped, and
+// Finish() reports it with WriteInPlace's texts. Callers check everything that
+// can fail before the first append, so a failed build never leaves a partial file.
+class BufferedFileWriter {
+ public:
+  enum class Mode { InPlace, Truncating };
+  static constexpr std::size_t kDefaultBuffer = std::size_t{4} << 20;
+
+  BufferedFileWriter(const std::string& path, Mode mode, std::size_t bufferSize = kDefaultBuffer);
+  ~BufferedFileWriter();
+  BufferedFileWriter(const BufferedFileWriter&) = delete;
+  BufferedFileWriter& operator=(const BufferedFileWriter&) = delete;
+
+  // The open's failure, if any; appending to a writer that failed to open is harmless.
+  const std::optional<Failure>& failure() const { return failure_; }
+
+  void Append(ByteView bytes);
+  void Append(std::string_view text) { Append(TextBytes(text)); }
+  void Put(std::uint8_t byte) {
+    if (used_ == buffer_.size()) Flush();
+    buffer_[used_++] = byte;
+  }
+
+  // Writes what is buffered and closes the file.
+  Status Finish();
+
+ private:
+  void Flush();
+
+  std::string path_;
+  int fd_ = -1;
+  Bytes buffer_;
+  std::size_t used_ = 0;
+  std::optional<Failure> failure_;
+};
 
 bool FolderExists(const std::string& path);
 Status CreateFolder(const std::string& path);

@@ -13,16 +13,21 @@
 namespace orchidlamp {
 namespace {
 
-void AppendLE16(Bytes& out, std::uint32_t value) {
-  out.push_back(static_cast<std::uint8_t>(value));
-  out.push_back(static_cast<std::uint8_t>(value >> 8));
+// The writers fill either a byte array or a file through its buffer.
+void Put(Bytes& out, ByteView bytes) { out.insert(out.end(), bytes.begin(), bytes.end()); }
+void Put(BufferedFileWriter& out, ByteView bytes) { out.Append(bytes); }
+
+template <typename Out>
+void AppendLE16(Out& out, std::uint32_t value) {
+  const std::uint8_t bytes[2] = {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)};
+  Put(out, bytes);
 }
 
 // Appends bytes [from, from + count) of `part`, what exists of them, as the
 // record's text is cut by position.
-void AppendCut(Bytes& out, ByteView part, std::size_t from, std::size_t count) {
-  const ByteView cut = ClippedSub(part, from, count);
-  out.insert(out.end(), cut.begin(), cut.end());
+template <typename Out>
+void AppendCut(Out& out, ByteView part, std::size_t from, std::size_t count) {
+  Put(out, ClippedSub(part, from, count));
 }
 
 // Calls `visit` with the tag of every record the merge takes from `source` for
@@ -43,8 +48,9 @@ void ForEachMergedRecord(const MergeSource& source, std::string_view name, Visit
   }
 }
 
-// The renumbered record appended to `out`, so the whole file is one buffer.
-void AppendRenumbered(Bytes& out, const RecordSpan& tag, ByteView bytes, std::uint16_t databaseId,
+// The renumbered record appended to `out`.
+template <typename Out>
+void AppendRenumbered(Out& out, const RecordSpan& tag, ByteView bytes, std::uint16_t databaseId,
                       std::uint32_t handle) {
   const ByteView part = CheckedRange(bytes, tag.first - 5, tag.last);
   AppendLE16(out, databaseId);
@@ -54,8 +60,9 @@ void AppendRenumbered(Bytes& out, const RecordSpan& tag, ByteView bytes, std::ui
   AppendCut(out, part, 11, part.size());          // fields
 }
 
+template <typename Out>
 void AppendDatabase(const MergeSource& first, const MergeSource& second, std::string_view name,
-                    std::uint16_t databaseId, Bytes& out) {
+                    std::uint16_t databaseId, Out& out) {
   std::uint32_t handle = 1;
   for (const MergeSource* source : {&first, &second})
     ForEachMergedRecord(*source, name, [&](const RecordSpan& tag) {
@@ -97,34 +104,63 @@ Bytes CollectDatabase(const MergeSource& first, const MergeSource& second, std::
   return out;
 }
 
-Bytes BuildMergedFile(const MergeSource& first, const MergeSource& second) {
-  // Sized first, so the records are copied once, straight into the file.
-  std::string nameTable;
-  std::vector<std::string_view> written;
+namespace {
+
+// What goes into the file before the records are copied: the header and name
+// table, and the databases written, in order. Making it walks every record
+// and checks its range, so a bad tag fails here, before anything is written.
+struct MergePlan {
+  Bytes head;
+  std::vector<std::string_view> databases;
   std::size_t recordBytes = 0;
+};
+
+MergePlan PlanMerge(const MergeSource& first, const MergeSource& second) {
+  MergePlan plan;
+  std::string nameTable;
   for (std::string_view name : kMergeDatabaseNames) {
     const DatabaseSize size = SizeOfDatabase(first, second, name);
     if (size.records == 0) continue;
     nameTable += NameEntryHex(name);
-    written.push_back(name);
-    recordBytes += size.bytes;
+    plan.databases.push_back(name);
+    plan.recordBytes += size.bytes;
   }
-  const auto databaseCount = static_cast<std::uint16_t>(written.size());
+  const auto databaseCount = static_cast<std::uint16_t>(plan.databases.size());
   // The magic and version, the count as 16-bit big-endian, then the separator.
   const std::string header = std::string(kIpdPrefixHex.substr(0, kIpdPrefixHex.size() - 2)) +
                              ByteToHex(databaseCount >> 8) + ByteToHex(databaseCount) + "00";
-  Bytes file = HexToBytes(header + nameTable);
-  file.reserve(file.size() + recordBytes);
-  for (std::uint16_t databaseId = 0; databaseId < databaseCount; ++databaseId)
-    AppendDatabase(first, second, written[databaseId], databaseId, file);
+  plan.head = HexToBytes(header + nameTable);
+  return plan;
+}
+
+template <typename Out>
+void WriteMerged(const MergePlan& plan, const MergeSource& first, const MergeSource& second, Out& out) {
+  Put(out, plan.head);
+  for (std::size_t id = 0; id < plan.databases.size(); ++id)
+    AppendDatabase(first, second, plan.databases[id], static_cast<std::uint16_t>(id), out);
+}
+
+}  // namespace
+
+Bytes BuildMergedFile(const MergeSource& first, const MergeSource& second) {
+  const MergePlan plan = PlanMerge(first, second);
+  Bytes file;
+  file.reserve(plan.head.size() + plan.recordBytes);
+  PreferHugePages(file.data(), file.capacity());
+  WriteMerged(plan, first, second, file);
   return file;
 }
 
 Result<std::optional<Message>> Merge(const MergeSource& first, const MergeSource& second, const std::string& path) {
   if (path.empty()) return std::optional<Message>{};
   return Guarded([&]() -> Result<std::optional<Message>> {
-    const Bytes file = BuildMergedFile(first, second);
-    if (Status written = WriteInPlace(path, file); !written) return written.failure();
+    // Straight from the loaded files into the output through one small buffer:
+    // the merged file is never held whole.
+    const MergePlan plan = PlanMerge(first, second);
+    BufferedFileWriter out(path, BufferedFileWriter::Mode::InPlace);
+    if (out.failure()) return *out.failure();
+    WriteMerged(plan, first, second, out);
+    if (Status written = out.Finish(); !written) return written.failure();
     return std::optional<Message>{
         Message{"File saved as " + path, std::string(kMergeCompleteTitle), MessageIcon::Information}};
   });

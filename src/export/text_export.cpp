@@ -11,22 +11,20 @@ constexpr std::string_view kBanner = "******************************************
 constexpr std::size_t kTitleIndent = 27;
 constexpr std::size_t kBlanksPerDepth = 4;
 constexpr std::size_t kProgressEvery = 1024;
-constexpr std::size_t kReservePerFileByte = 3;
-constexpr std::size_t kReserveFloor = 64 * 1024;
+// The text goes to the file whenever this much has gathered, so an export of
+// any size holds one small buffer rather than the whole text.
+constexpr std::size_t kFlushAt = std::size_t{4} << 20;
 
 bool Exists(const DatabaseTree& tree, NodeId id) { return id != kNoNode && static_cast<std::size_t>(id) < tree.size(); }
 
-// The three walks over the tree, printing into one in-memory buffer that is
-// written in a single write at the end.
+// The three walks over the tree, printing into one buffer that goes out to the
+// export file whenever it fills.
 class ExportWalk {
  public:
-  ExportWalk(Workspace& ws, bool asText, Progress* progress)
-      : ws_(ws), tree_(ws.tree()), asText_(asText), progress_(progress), context_(FormatContextOf(ws)) {}
-
-  // An export of the whole tree runs to about twice the backup's size. Reserved
-  // pages that are never written cost no memory, while growing by copies would
-  // hold the old and the new buffer at once and copy the text again each time.
-  void ReserveForWholeTree() { out_.reserve(ws_.file().bytes.size() * kReservePerFileByte + kReserveFloor); }
+  ExportWalk(Workspace& ws, bool asText, Progress* progress, BufferedFileWriter& file)
+      : ws_(ws), tree_(ws.tree()), asText_(asText), progress_(progress), context_(FormatContextOf(ws)), file_(file) {
+    out_.reserve(kFlushAt + kFlushAt / 4);
+  }
 
   void Print(std::string_view line) {
     out_ += line;
@@ -79,13 +77,18 @@ class ExportWalk {
     }
   }
 
-  const std::string& text() const { return out_; }
+  // Writes out what is still buffered.
+  void Flush() {
+    file_.Append(out_);
+    out_.clear();
+  }
 
  private:
   void PrintRecord(const ExportKindRow& row, const RecordSpan& span) {
     if (ws_.exportDepth > 0) out_.append(kBlanksPerDepth * static_cast<std::size_t>(ws_.exportDepth), ' ');
     out_ += row.format(ws_.Body(span), span, context_, asText_);
     out_ += "\r\n";
+    if (out_.size() >= kFlushAt) Flush();
     if (++printed_ % kProgressEvery == 0) Report(progress_, printed_, tree_.size());
   }
 
@@ -94,6 +97,7 @@ class ExportWalk {
   bool asText_;
   Progress* progress_;
   FormatContext context_;
+  BufferedFileWriter& file_;
   std::string out_;
   std::size_t printed_ = 0;
 };
@@ -120,7 +124,11 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
   const DatabaseTree& tree = ws.tree();
   const NodeId selected = Exists(tree, ws.selected) ? ws.selected : kNoNode;
 
-  ExportWalk walk(ws, asText, progress);
+  // Opened (and truncated) before the walk. A file that cannot be written still
+  // gets the walk, which moves the export depth, and then the write's failure,
+  // as when the whole text was written at the end.
+  BufferedFileWriter file(path, BufferedFileWriter::Mode::Truncating);
+  ExportWalk walk(ws, asText, progress, file);
   std::optional<Failure> fault;
   try {
     if (scope == kScopeRecord) {
@@ -135,7 +143,6 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
         walk.ExportKind(selected == kNoNode ? kNoNode : tree[selected].parent);
       }
     } else {
-      walk.ReserveForWholeTree();
       walk.ExportTree(tree.Root());
     }
   } catch (const CommandError& e) {
@@ -143,7 +150,8 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
     fault = Fail(e.what());
   }
 
-  const Status written = WriteTruncating(path, TextBytes(walk.text()));
+  walk.Flush();
+  const Status written = file.Finish();
   if (!written) return written.failure();
   if (fault) return *fault;
   Report(progress, tree.size(), tree.size());

@@ -190,6 +190,22 @@ TEST_F(WriterPathsTest, MergeOfAFileWithItselfHoldsEveryMergeableRecordTwice) {
   EXPECT_EQ(RecordsIn(merged), 2 * mergeable);
 }
 
+TEST_F(WriterPathsTest, TheCommandsWriteThroughTheirBufferTheBytesTheBuildersMake) {
+  Open(RandomBackup(99, 300));
+  auto second = BrowseSecondFile(folder.Write("second.ipd", RandomBackup(5, 200)), labeller);
+  ASSERT_TRUE(second);
+  RecordFaker dice(31337);
+  DatabaseTree first = LoadSelectionTree(ws.tree());
+  ToggleRandomly(first, dice, 8);
+  ToggleRandomly(second->tree, dice, 8);
+  const std::string split = folder.File("split.ipd"), merged = folder.File("merged.ipd");
+  ASSERT_TRUE(Split(first, ws.file().View(), split));
+  EXPECT_TRUE(ReadFile(split) == BuildSplitFile(first, ws.file().View()));
+  const MergeSource a{first, ws.file().View()}, b{second->tree, second->bytes};
+  ASSERT_TRUE(Merge(a, b, merged));
+  EXPECT_TRUE(ReadFile(merged) == BuildMergedFile(a, b));
+}
+
 TEST_F(WriterPathsTest, ARecordOutsideTheFileStopsBothWritersBeforeAnythingIsBuilt) {
   Open(RandomBackup(3, 50));
   DatabaseTree selection = LoadSelectionTree(ws.tree());
