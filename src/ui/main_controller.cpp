@@ -27,9 +27,13 @@ QString MainController::CommandLinePath(const QStringList& arguments) {
 }
 
 Status MainController::Open(const QString& path, BackupKind kind, Progress* progress) {
-  Status status = OpenBackup(ws_, ToPath(path), kind, ReadStoredSettings(), progress);
+  Status status = Load(path, kind, progress);
   emit changed();
   return status;
+}
+
+Status MainController::Load(const QString& path, BackupKind kind, Progress* progress) {
+  return OpenBackup(ws_, ToPath(path), kind, ReadStoredSettings(), progress);
 }
 
 ClickResult MainController::Click(NodeId node) {

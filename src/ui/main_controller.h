@@ -41,6 +41,11 @@ class MainController final : public QObject {
   // Loads the backup with the settings stored now. The tree is rebuilt even when
   // the load fails part way; the failure carries the loader's message.
   Status Open(const QString& path, BackupKind kind, Progress* progress = nullptr);
+  // Open without the changed() signal, so it may run off the window's thread
+  // while nothing else touches the workspace; the caller signals afterwards
+  // with Loaded().
+  Status Load(const QString& path, BackupKind kind, Progress* progress = nullptr);
+  void Loaded() { emit changed(); }
 
   // A click on a tree node: which panel, with what (service-book values land in
   // workspace().hrtnet); also moves the Service Book menu's state.

@@ -46,23 +46,6 @@ namespace {
 
 QString FromStd(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
-// Keeps the window painting and the busy bar moving while the core loads: the
-// core reports every few thousand records, and events run at most every 40 ms.
-// User input waits until the load is done, so nothing can start a second load
-// or close the window half way.
-class WindowProgress final : public Progress {
- public:
-  WindowProgress() { clock_.start(); }
-  void Advance(std::size_t, std::size_t) override {
-    if (clock_.elapsed() < 40) return;
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    clock_.restart();
-  }
-
- private:
-  QElapsedTimer clock_;
-};
-
 }  // namespace
 
 frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* parent)
@@ -282,8 +265,12 @@ void frmMain::OpenFile(const QString& path, BackupKind kind) {
   ResetWindow();
   waitFrame_->show();
   timer1_->start();
-  WindowProgress progress;
-  const Status status = controller_.Open(path, kind, &progress);
+  // The load runs off the window's thread: parts of it (reading the file,
+  // converting a desktop backup) report no progress for a while, and the window
+  // must keep painting. The model is detached and user input waits, so nothing
+  // reads the workspace meanwhile.
+  const Status status = RunResponsive([&] { return controller_.Load(path, kind); });
+  controller_.Loaded();
   timer1_->stop();
   waitFrame_->hide();
   model_->Rebuild();
@@ -353,7 +340,7 @@ void frmMain::mExport_Click() {
 }
 
 void frmMain::RunExport(int form) {
-  WindowProgress progress;
+  EventPump progress;
   const auto done = PressExport(controller_.workspace(), exportFrame_->state(), static_cast<ExportForm>(form), &progress);
   if (!done) {
     prompts_.Tell(this, done.failure().message);

@@ -17,7 +17,7 @@ class BarProgress final : public Progress {
  public:
   explicit BarProgress(QProgressBar* bar) : bar_(bar) { clock_.start(); }
   void Advance(std::size_t done, std::size_t total) override {
-    if (clock_.elapsed() < 40 && done != total) return;
+    if (clock_.elapsed() < 25 && done != total) return;
     if (total > 0) {
       bar_->setRange(0, 1000);
       bar_->setValue(static_cast<int>(done * 1000 / total));

@@ -23,7 +23,7 @@ constexpr std::string_view kIpdFilter = "IPD Files (*.ipd)|*.ipd";
 }  // namespace
 
 frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
-    : QDialog(parent), ws_(ws), prompts_(prompts), first_(LoadSelectionTree(ws.tree())) {
+    : QDialog(parent), ws_(ws), prompts_(prompts), first_(RunResponsive([&ws] { return LoadSelectionTree(ws.tree()); })) {
   setObjectName(QStringLiteral("frmMerge"));
   setWindowTitle(QStringLiteral("Merge IPD files"));
   auto* layout = new QVBoxLayout(this);

@@ -26,12 +26,12 @@ auto RunResponsive(Work&& work) -> decltype(work()) {
 }
 
 // For work on the window's own thread that reports through Progress: events run
-// at most every 40 ms of work, user input excluded.
+// at most every 25 ms of work, user input excluded.
 class EventPump final : public Progress {
  public:
   EventPump() { clock_.start(); }
   void Advance(std::size_t, std::size_t) override {
-    if (clock_.elapsed() < 40) return;
+    if (clock_.elapsed() < 25) return;
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     clock_.restart();
   }

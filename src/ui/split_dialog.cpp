@@ -16,7 +16,7 @@
 namespace orchidlamp {
 
 frmSplit::frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
-    : QDialog(parent), ws_(ws), prompts_(prompts), selection_(LoadSelectionTree(ws.tree())) {
+    : QDialog(parent), ws_(ws), prompts_(prompts), selection_(RunResponsive([&ws] { return LoadSelectionTree(ws.tree()); })) {
   setObjectName(QStringLiteral("frmSplit"));
   setWindowTitle(QStringLiteral("Split IPD file"));
   auto* layout = new QVBoxLayout(this);

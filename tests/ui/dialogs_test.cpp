@@ -69,20 +69,25 @@ class DialogsTest : public ::testing::Test {
     return path;
   }
   // Runs `inside` once the modal dialog of type D that `menuItem` opens is up,
-  // then closes it.
+  // then closes it. The dialog is looked for until it shows: building it runs
+  // events already (its tree is copied off the window's thread).
   template <class D>
   void WithModal(const char* menuItem, const std::function<void(D&)>& inside) {
     bool ran = false;
-    QTimer::singleShot(0, &window, [&] {
+    QTimer poll;
+    poll.setInterval(0);
+    QObject::connect(&poll, &QTimer::timeout, &window, [&] {
       D* dialog = window.findChild<D*>();
-      ASSERT_NE(dialog, nullptr);
-      EXPECT_TRUE(dialog->isVisible());
+      if (!dialog || !dialog->isVisible() || ran) return;
+      poll.stop();
       EXPECT_TRUE(dialog->isModal());
-      inside(*dialog);
       ran = true;
+      inside(*dialog);
       dialog->close();
     });
+    poll.start();
     window.findChild<QAction*>(QString::fromLatin1(menuItem))->trigger();
+    poll.stop();
     EXPECT_TRUE(ran);
     EXPECT_EQ(window.findChild<D*>(), nullptr);  // the dialog lives as long as its command
   }
