@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <vector>
 
 #include "fuzz_targets.h"
@@ -27,6 +28,13 @@ std::vector<std::uint8_t> ReadAll(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
+
+}  // namespace
+
+// Test names and failure output show the target by its name.
+void PrintTo(const FuzzTarget& target, std::ostream* os) { *os << target.name; }
+
+namespace {
 
 class CorpusReplay : public ::testing::TestWithParam<FuzzTarget> {};
 

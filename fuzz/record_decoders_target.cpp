@@ -36,7 +36,7 @@ void DecodeAsEveryKind(ByteView body, double timeZoneHours) {
   (void)DecodeBookmark(body).Members();
   (void)BookmarkLabel(body);
   (void)ServiceBookLabel(body);
-  std::array<std::string, kServiceBookBoxCount> panel{};
+  std::array<std::string, kServiceBookBoxes> panel{};
   ApplyServiceBookBoxes(DecodeServiceBookPanel(body), panel);
 }
 

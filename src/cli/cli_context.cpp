@@ -83,6 +83,13 @@ bool ParsedArgs::Has(std::string_view name) const {
   return std::any_of(options.begin(), options.end(), [&](const auto& o) { return o.first == name; });
 }
 
+std::optional<std::string> PositionalsError(const ParsedArgs& args, std::size_t expected, std::string_view usage) {
+  if (args.positionals.size() == expected) return std::nullopt;
+  if (args.positionals.size() > expected)
+    return "unexpected word '" + args.positionals[expected] + "': " + std::string(usage);
+  return std::string(usage);
+}
+
 std::optional<ParsedArgs> ParseArgs(const std::vector<std::string>& words, const std::vector<std::string>& valued,
                                     const std::vector<std::string>& flags, std::string& error) {
   ParsedArgs parsed;

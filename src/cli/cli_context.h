@@ -63,6 +63,10 @@ struct ParsedArgs {
   std::optional<std::string> One(std::string_view name) const;
   bool Has(std::string_view name) const;
 };
+// When `args` has other than `expected` positionals: the usage problem, naming
+// the first word too many when there is one.
+std::optional<std::string> PositionalsError(const ParsedArgs& args, std::size_t expected, std::string_view usage);
+
 // `valued` names options that take a value; `flags` those that do not. Any
 // other word starting with "--" is an error naming it.
 std::optional<ParsedArgs> ParseArgs(const std::vector<std::string>& words, const std::vector<std::string>& valued,

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cli/cli_context.h"
+#include "records/record_click.h"
 
 namespace orchidlamp::cli {
 
@@ -83,5 +85,10 @@ inline constexpr Command kCommands[] = {
 // Opens `path` into the context, printing the failure if it does not load.
 // Returns true when the caller may go on.
 bool OpenOrReport(CliContext& context, const std::string& path, int& exitCode);
+
+// Opens `path` and clicks the record node whose tag is `tag`, as a user selects
+// a record in the window. Returns nullopt (with exitCode set) when either fails.
+std::optional<ClickResult> OpenAndClick(CliContext& context, const std::string& path, const std::string& tag,
+                                        int& exitCode);
 
 }  // namespace orchidlamp::cli

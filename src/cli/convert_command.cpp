@@ -9,7 +9,7 @@ int RunConvert(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {"--to"}, {}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 2) return UsageError("convert takes IN and OUT");
+  if (auto problem = PositionalsError(*args, 2, "convert takes IN and OUT")) return UsageError(*problem);
   const auto to = args->One("--to");
   if (!to) return UsageError("convert needs --to ipd|bbb-win|bbb-mac");
   SaveKind kind;

@@ -22,7 +22,7 @@ int RunExport(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {"--scope", "--node"}, {"--txt", "--csv"}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 1) return UsageError("export takes one FILE");
+  if (auto problem = PositionalsError(*args, 1, "export takes one FILE")) return UsageError(*problem);
   if (args->Has("--txt") == args->Has("--csv")) return UsageError("export needs exactly one of --txt and --csv");
   const auto scopeName = args->One("--scope");
   if (!scopeName) return UsageError("export needs --scope record|kind|all");

@@ -63,6 +63,19 @@ bool OpenOrReport(CliContext& context, const std::string& path, int& exitCode) {
   return false;
 }
 
+std::optional<ClickResult> OpenAndClick(CliContext& context, const std::string& path, const std::string& tag,
+                                        int& exitCode) {
+  if (!OpenOrReport(context, path, exitCode)) return std::nullopt;
+  Workspace& ws = context.workspace();
+  const NodeId node = ws.tree().FindByTag(tag);
+  if (node == kNoNode) {
+    exitCode = context.Report(Fail("No record node has the tag " + tag));
+    return std::nullopt;
+  }
+  ws.selected = node;
+  return ClickNode(ws, node);
+}
+
 }  // namespace orchidlamp::cli
 
 int main(int argc, char** argv) {

@@ -10,7 +10,7 @@ int RunMedia(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {}, {"--jpg", "--png"}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 1) return UsageError("media takes one FILE");
+  if (auto problem = PositionalsError(*args, 1, "media takes one FILE")) return UsageError(*problem);
   if (args->Has("--jpg") == args->Has("--png")) return UsageError("media needs exactly one of --jpg and --png");
 
   // The window makes the media folder when it starts; extraction itself never does.

@@ -22,7 +22,7 @@ int RunMerge(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {"--toggle1", "--toggle2"}, {}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 3) return UsageError("merge takes FILE1, FILE2 and OUT");
+  if (auto problem = PositionalsError(*args, 3, "merge takes FILE1, FILE2 and OUT")) return UsageError(*problem);
   int exitCode = kExitOk;
   if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
   const Workspace& ws = context.workspace();

@@ -30,7 +30,7 @@ int RunSbEdit(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {"--set"}, {"--save", "--save-all"}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 2) return UsageError("sb-edit takes FILE and TAG");
+  if (auto problem = PositionalsError(*args, 2, "sb-edit takes FILE and TAG")) return UsageError(*problem);
   if (args->Has("--save") == args->Has("--save-all")) return UsageError("sb-edit takes one of --save and --save-all");
   std::vector<BoxSetting> settings;
   for (const std::string& word : args->All("--set")) {
@@ -40,12 +40,9 @@ int RunSbEdit(CliContext& context, const std::vector<std::string>& words) {
   }
 
   int exitCode = kExitOk;
-  if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
+  // The editor starts from the panel's boxes, which the click fills.
+  if (!OpenAndClick(context, args->positionals[0], args->positionals[1], exitCode)) return exitCode;
   Workspace& ws = context.workspace();
-  const NodeId node = ws.tree().FindByTag(args->positionals[1]);
-  if (node == kNoNode) return context.Report(Fail("No record node has the tag " + args->positionals[1]));
-  ws.selected = node;
-  (void)ClickNode(ws, node);
 
   auto opened = EditSB::Open(ws);
   if (!opened) return context.Report(opened.failure());

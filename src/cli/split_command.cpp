@@ -8,7 +8,7 @@ int RunSplit(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {"--toggle"}, {}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 2) return UsageError("split takes FILE and OUT");
+  if (auto problem = PositionalsError(*args, 2, "split takes FILE and OUT")) return UsageError(*problem);
   int exitCode = kExitOk;
   if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
   const Workspace& ws = context.workspace();

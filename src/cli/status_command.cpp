@@ -8,7 +8,7 @@ int RunStatus(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {}, {}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 1) return UsageError("status takes one FILE");
+  if (auto problem = PositionalsError(*args, 1, "status takes one FILE")) return UsageError(*problem);
   int exitCode = kExitOk;
   if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
   const StatusPanels& status = context.workspace().status();

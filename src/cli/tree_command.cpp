@@ -8,7 +8,7 @@ int RunTree(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
   auto args = ParseArgs(words, {}, {}, error);
   if (!args) return UsageError(error);
-  if (args->positionals.size() != 1) return UsageError("tree takes one FILE");
+  if (auto problem = PositionalsError(*args, 1, "tree takes one FILE")) return UsageError(*problem);
   int exitCode = kExitOk;
   if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
   const DatabaseTree& tree = context.workspace().tree();

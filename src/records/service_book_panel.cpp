@@ -88,8 +88,8 @@ ServiceBookBoxes DecodeServiceBookPanel(ByteView body) {
   return boxes;
 }
 
-void ApplyServiceBookBoxes(const ServiceBookBoxes& boxes, std::array<std::string, kServiceBookBoxCount>& panel) {
-  for (std::size_t i = 0; i < kServiceBookBoxCount; ++i)
+void ApplyServiceBookBoxes(const ServiceBookBoxes& boxes, std::array<std::string, kServiceBookBoxes>& panel) {
+  for (std::size_t i = 0; i < kServiceBookBoxes; ++i)
     if (boxes[i]) panel[i] = *boxes[i];
 }
 

@@ -9,18 +9,17 @@
 #include <string>
 
 #include "core/bytes.h"
+#include "core/workspace.h"
 
 namespace orchidlamp {
 
-inline constexpr std::size_t kServiceBookBoxCount = 22;
-
 // A box whose field is missing or empty is nullopt: the panel leaves such a box
 // showing what it showed before.
-using ServiceBookBoxes = std::array<std::optional<std::string>, kServiceBookBoxCount>;
+using ServiceBookBoxes = std::array<std::optional<std::string>, kServiceBookBoxes>;
 
 ServiceBookBoxes DecodeServiceBookPanel(ByteView body);
 
 // Puts the boxes that the decoding set into the panel's texts.
-void ApplyServiceBookBoxes(const ServiceBookBoxes& boxes, std::array<std::string, kServiceBookBoxCount>& panel);
+void ApplyServiceBookBoxes(const ServiceBookBoxes& boxes, std::array<std::string, kServiceBookBoxes>& panel);
 
 }  // namespace orchidlamp

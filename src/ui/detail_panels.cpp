@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "ui/display_text.h"
+#include "ui/service_book_tabs.h"
 
 namespace orchidlamp {
 namespace {
@@ -238,49 +239,11 @@ void DetailPanels::BuildContacts() {
 void DetailPanels::BuildServiceBook() {
   QGroupBox* frame = AddFrame(QStringLiteral("Servicebook"), QStringLiteral("Service Book"));
   auto* outer = new QVBoxLayout(frame);
-  auto* tabs = new QTabWidget(frame);
-  tabs->setObjectName(QStringLiteral("SSTab1"));
-  outer->addWidget(tabs);
-  for (std::size_t i = 0; i < kServiceBookBoxCount; ++i) {
-    auto* box = new QLineEdit(frame);
-    box->setObjectName(QStringLiteral("hrtnet%1").arg(i));
-    connect(box, &QLineEdit::textEdited, this, [this, i](const QString& text) {
+  outer->addWidget(BuildServiceBookTabs(frame, hrtnet_));
+  for (std::size_t i = 0; i < hrtnet_.size(); ++i) {
+    connect(hrtnet_[i], &QLineEdit::textEdited, this, [this, i](const QString& text) {
       emit serviceBookBoxEdited(static_cast<int>(i), text);
     });
-    hrtnet_[i] = box;
-  }
-  // Rows of boxes per tab; a row of several boxes is one value in parts
-  // (the gateway address, the two ports).
-  struct Row {
-    const char* label;
-    std::vector<int> boxes;
-  };
-  const std::vector<std::pair<const char*, std::vector<Row>>> pages = {
-      {"Service Book",
-       {{"Name", {17}}, {"Description", {21}}, {"Data Source UID", {18}}, {"Data Source", {19}}, {"User ID", {20}}}},
-      {"Network",
-       {{"Network Provider Code", {0}},
-        {"Wireless Network", {1}},
-        {"Network Name", {2}},
-        {"", {3}},
-        {"", {4}},
-        {"Gateway IP", {5, 6, 7, 8}},
-        {"Ports", {9, 10}}}},
-      {"Browser", {{"Gateway/URL", {11}}, {"Home Page", {12}}, {"", {13}}, {"", {14}}, {"", {15}}, {"", {16}}}},
-  };
-  for (const auto& [caption, rows] : pages) {
-    auto* page = new QWidget(tabs);
-    auto* form = new QFormLayout(page);
-    for (const Row& row : rows) {
-      if (row.boxes.size() == 1) {
-        form->addRow(QString::fromLatin1(row.label), hrtnet_[static_cast<std::size_t>(row.boxes[0])]);
-        continue;
-      }
-      auto* parts = new QHBoxLayout;
-      for (int b : row.boxes) parts->addWidget(hrtnet_[static_cast<std::size_t>(b)]);
-      form->addRow(QString::fromLatin1(row.label), parts);
-    }
-    tabs->addTab(page, QString::fromLatin1(caption));
   }
   frames_[Index(Kind::ServiceBook)] = frame;
 }
@@ -309,10 +272,10 @@ void DetailPanels::ShowPhoto(const QString& path) {
 }
 
 void DetailPanels::Show(Kind kind, const MemberList& members,
-                        const std::array<std::string, kServiceBookBoxCount>& hrtnet) {
+                        const std::array<std::string, kServiceBookBoxes>& hrtnet) {
   HideAll();
   if (kind == Kind::ServiceBook) {
-    for (std::size_t i = 0; i < kServiceBookBoxCount; ++i) {
+    for (std::size_t i = 0; i < kServiceBookBoxes; ++i) {
       hrtnet_[i]->setText(FromRecordText(hrtnet[i]));
       hrtnet_[i]->setCursorPosition(0);
     }

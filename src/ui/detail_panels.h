@@ -14,6 +14,7 @@
 #include "core/kinds.h"
 #include "records/decoded_records.h"
 #include "records/service_book_panel.h"
+#include "ui/service_book_tabs.h"
 
 class QGroupBox;
 class QLabel;
@@ -29,7 +30,7 @@ class DetailPanels final : public QWidget {
   void HideAll();
   // Fills the frame of `kind` from the decoder's members, in their order, and
   // makes it the one visible frame. The service book's frame takes `hrtnet`.
-  void Show(Kind kind, const MemberList& members, const std::array<std::string, kServiceBookBoxCount>& hrtnet);
+  void Show(Kind kind, const MemberList& members, const std::array<std::string, kServiceBookBoxes>& hrtnet);
 
   QGroupBox* Frame(Kind kind) const;
   // The visible frame, or null.
@@ -54,7 +55,7 @@ class DetailPanels final : public QWidget {
   std::array<QGroupBox*, kKindCount> frames_{};
   // Per kind, the boxes in the decoder's member order.
   std::array<std::vector<QWidget*>, kKindCount> boxes_{};
-  std::array<QLineEdit*, kServiceBookBoxCount> hrtnet_{};
+  ServiceBookBoxWidgets hrtnet_{};
   QLabel* photo_ = nullptr;
 };
 

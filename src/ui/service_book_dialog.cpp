@@ -11,6 +11,7 @@
 
 #include "core/workspace.h"
 #include "ui/display_text.h"
+#include "ui/service_book_tabs.h"
 #include "ui/user_prompts.h"
 
 namespace orchidlamp {
@@ -27,47 +28,7 @@ EditSBForm::EditSBForm(const Workspace& ws, UserPrompts& prompts, QWidget* paren
   heading_->setFont(bold);
   layout->addWidget(heading_);
 
-  for (std::size_t i = 0; i < hrtnet_.size(); ++i) {
-    hrtnet_[i] = new QLineEdit(this);
-    hrtnet_[i]->setObjectName(QStringLiteral("hrtnet%1").arg(i));
-  }
-  // The same places as on the main window's service-book panel: a value in
-  // several boxes (the gateway address, the ports) sits on one row.
-  struct Row {
-    const char* label;
-    std::vector<int> boxes;
-  };
-  const std::vector<std::pair<const char*, std::vector<Row>>> pages = {
-      {"Service Book",
-       {{"Name", {17}}, {"Description", {21}}, {"Data Source UID", {18}}, {"Data Source", {19}}, {"User ID", {20}}}},
-      {"Network",
-       {{"Network Provider Code", {0}},
-        {"Wireless Network", {1}},
-        {"Network Name", {2}},
-        {"", {3}},
-        {"", {4}},
-        {"Gateway IP", {5, 6, 7, 8}},
-        {"Ports", {9, 10}}}},
-      {"Browser",
-       {{"Gateway/URL", {11}},
-        {"Home Page", {12}},
-        {"", {13}},
-        {"", {14}},
-        {"", {15}},
-        {"", {16}}}},
-  };
-  auto* tabs = new QTabWidget(this);
-  tabs->setObjectName(QStringLiteral("SSTab1"));
-  for (const auto& [caption, rows] : pages) {
-    auto* page = new QWidget(tabs);
-    auto* form = new QFormLayout(page);
-    for (const Row& row : rows) {
-      auto* parts = new QHBoxLayout;
-      for (int b : row.boxes) parts->addWidget(hrtnet_[static_cast<std::size_t>(b)]);
-      form->addRow(QString::fromLatin1(row.label), parts);
-    }
-    tabs->addTab(page, QString::fromLatin1(caption));
-  }
+  QTabWidget* tabs = BuildServiceBookTabs(this, hrtnet_);
   layout->addWidget(tabs, 1);
 
   auto* buttons = new QHBoxLayout;

@@ -15,6 +15,7 @@
 #include <optional>
 
 #include "editing/service_book_editor.h"
+#include "ui/service_book_tabs.h"
 
 class QLabel;
 class QLineEdit;
@@ -46,7 +47,7 @@ class EditSBForm final : public QWidget {
   UserPrompts& prompts_;
   std::optional<EditSB> editor_;
   QLabel* heading_ = nullptr;
-  std::array<QLineEdit*, kServiceBookBoxes> hrtnet_{};
+  ServiceBookBoxWidgets hrtnet_{};
 };
 
 }  // namespace orchidlamp
