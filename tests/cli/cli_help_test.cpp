@@ -73,8 +73,9 @@ TEST(CliHelp, EachCommandHasItsOwnHelpWhoseExampleRuns) {
     if (example.find("samples/sample.ipd") == std::string::npos) continue;
     words.erase(words.begin());
     for (std::string& w : words) {
-      w = Replace(w, "samples/sample.ipd", SamplePath());
+      // /tmp first: the sample's own path may lie under /tmp.
       w = Replace(w, "/tmp", scratch.path());
+      w = Replace(w, "samples/sample.ipd", SamplePath());
     }
     const CliRun ran = RunCli(words);
     EXPECT_EQ(ran.exitCode, 0) << example << "\n" << ran.err;

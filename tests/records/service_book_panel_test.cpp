@@ -68,7 +68,7 @@ TEST(ServiceBookPanel, ConnectionFieldFallsBackToTypeLength) {
 }
 
 TEST(ServiceBookPanel, UnsetBoxesKeepWhatThePanelShowed) {
-  std::array<std::string, kServiceBookBoxCount> panel;
+  std::array<std::string, kServiceBookBoxes> panel;
   panel.fill("old");
   ApplyServiceBookBoxes(DecodeServiceBookPanel(Fields({{3, TextZ("new")}, {7, {}}})), panel);
   EXPECT_EQ(panel[17], "new");
