@@ -11,6 +11,12 @@ ORCHIDLAMP_PACKAGES=(
   zip unzip xvfb xauth
 )
 
+# What scripts/test needs beyond the build: packaging and its checks, and the
+# fuzzers' runtime. Installed up front so one apt-get update serves the run.
+ORCHIDLAMP_TEST_PACKAGES=(
+  dpkg-dev file fakeroot desktop-file-utils shared-mime-info man-db groff-base libclang-rt-14-dev
+)
+
 # apt-get update at most once per run, and only when something is missing.
 ensure_packages() {
   local missing=()
