@@ -4,6 +4,7 @@
 // settings store and data folder of its own, no desktop registration, and a
 // UserPrompts that answers from a script instead of a person.
 
+#include <QAbstractItemModel>
 #include <QApplication>
 #include <QSettings>
 #include <QStandardPaths>
@@ -36,6 +37,19 @@ inline QApplication& GuiApp() {
     return a;
   }();
   return *app;
+}
+
+// The record node holding `text` among the children of the database node `db`
+// (an invalid index when there is none).
+inline QModelIndex RecordIndex(const QAbstractItemModel& m, const QString& db, const QString& text) {
+  const QModelIndex root = m.index(0, 0);
+  for (int d = 0; d < m.rowCount(root); ++d) {
+    const QModelIndex dbIndex = m.index(d, 0, root);
+    if (dbIndex.data().toString() != db) continue;
+    for (int r = 0; r < m.rowCount(dbIndex); ++r)
+      if (m.index(r, 0, dbIndex).data().toString() == text) return m.index(r, 0, dbIndex);
+  }
+  return {};
 }
 
 // Clears the stored settings so every test starts from the defaults.

@@ -57,18 +57,7 @@ class MainWindowTest : public ::testing::Test {
     window.OpenGivenPath(QString::fromStdString(path));
     return QString::fromStdString(path);
   }
-  // The record node holding `text` among the children of the database node `db`.
-  QModelIndex Record(const QString& db, const QString& text) const {
-    TreeModel* m = window.model();
-    const QModelIndex root = m->index(0, 0);
-    for (int d = 0; d < m->rowCount(root); ++d) {
-      const QModelIndex dbIndex = m->index(d, 0, root);
-      if (dbIndex.data().toString() != db) continue;
-      for (int r = 0; r < m->rowCount(dbIndex); ++r)
-        if (m->index(r, 0, dbIndex).data().toString() == text) return m->index(r, 0, dbIndex);
-    }
-    return {};
-  }
+  QModelIndex Record(const QString& db, const QString& text) const { return RecordIndex(*window.model(), db, text); }
   void Click(const QModelIndex& index) const {
     ASSERT_TRUE(index.isValid());
     window.tree()->setCurrentIndex(index);

@@ -28,17 +28,7 @@ class SampleWindowTest : public ::testing::Test {
     window.OpenGivenPath(QString::fromStdString(path));
     ASSERT_EQ(window.controller().workspace().tree().size(), 41u);  // root, 12 databases, 28 records
   }
-  QModelIndex Record(const QString& db, const QString& text) const {
-    TreeModel* m = window.model();
-    const QModelIndex root = m->index(0, 0);
-    for (int d = 0; d < m->rowCount(root); ++d) {
-      const QModelIndex dbIndex = m->index(d, 0, root);
-      if (dbIndex.data().toString() != db) continue;
-      for (int r = 0; r < m->rowCount(dbIndex); ++r)
-        if (m->index(r, 0, dbIndex).data().toString() == text) return m->index(r, 0, dbIndex);
-    }
-    return {};
-  }
+  QModelIndex Record(const QString& db, const QString& text) const { return RecordIndex(*window.model(), db, text); }
   // The frames shown after selecting `index`.
   std::vector<QString> Select(const QModelIndex& index) const {
     EXPECT_TRUE(index.isValid());
