@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "support/large_backup.h"
+#include "generators/large_backup.h"
 
 namespace {
 

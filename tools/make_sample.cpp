@@ -6,7 +6,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "support/sample_backup.h"
+#include "generators/sample_backup.h"
 
 int main(int argc, char** argv) {
   if (argc != 2) {

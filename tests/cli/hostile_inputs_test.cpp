@@ -18,7 +18,7 @@
 
 #include "support/cli_runner.h"
 #include "support/ipd_builder.h"
-#include "support/record_shapes.h"
+#include "generators/record_shapes.h"
 #include "support/temp_folder.h"
 
 namespace orchidlamp {

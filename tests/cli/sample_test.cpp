@@ -8,8 +8,8 @@
 #include <sstream>
 
 #include "support/cli_runner.h"
-#include "support/large_backup.h"
-#include "support/sample_backup.h"
+#include "generators/large_backup.h"
+#include "generators/sample_backup.h"
 #include "support/temp_folder.h"
 
 namespace orchidlamp::testing {

@@ -12,7 +12,7 @@
 #include "core/hex_text.h"
 #include "core/ipd_format.h"
 #include "support/ipd_builder.h"
-#include "support/large_backup.h"
+#include "generators/large_backup.h"
 
 namespace orchidlamp {
 namespace {

@@ -17,7 +17,7 @@
 #include "editing/selection_tree.h"
 #include "editing/split.h"
 #include "editing_fixture.h"
-#include "support/large_backup.h"
+#include "generators/large_backup.h"
 
 namespace orchidlamp {
 namespace {

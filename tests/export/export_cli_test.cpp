@@ -7,7 +7,7 @@
 #include "support/cli_runner.h"
 #include "support/ipd_builder.h"
 #include "support/temp_folder.h"
-#include "support/tiny_images.h"
+#include "generators/tiny_images.h"
 
 namespace orchidlamp {
 namespace {

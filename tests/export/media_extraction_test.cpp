@@ -8,7 +8,7 @@
 #include "records/record_kinds.h"
 #include "support/ipd_builder.h"
 #include "support/temp_folder.h"
-#include "support/tiny_images.h"
+#include "generators/tiny_images.h"
 
 namespace orchidlamp {
 namespace {

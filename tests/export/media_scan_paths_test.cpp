@@ -10,7 +10,7 @@
 #include "core/hex_text.h"
 #include "export/media_extraction.h"
 #include "support/ipd_builder.h"
-#include "support/large_backup.h"
+#include "generators/large_backup.h"
 
 namespace orchidlamp {
 namespace {

@@ -23,7 +23,7 @@
 #include "gui_test_support.h"
 #include "records/record_kinds.h"
 #include "support/temp_folder.h"
-#include "support/tiny_images.h"
+#include "generators/tiny_images.h"
 #include "ui/main_window.h"
 #include "ui/merge_dialog.h"
 #include "ui/selection_tree_view.h"

@@ -22,7 +22,7 @@
 
 #include "gui_test_support.h"
 #include "support/temp_folder.h"
-#include "support/tiny_images.h"
+#include "generators/tiny_images.h"
 #include "ui/detail_panels.h"
 #include "ui/export_frame.h"
 #include "ui/media_frame.h"

@@ -10,8 +10,8 @@
 #include "core/workspace.h"
 #include "gui_test_support.h"
 #include "records/record_kinds.h"
-#include "support/large_backup.h"
-#include "support/sample_backup.h"
+#include "generators/large_backup.h"
+#include "generators/sample_backup.h"
 #include "support/temp_folder.h"
 #include "ui/icon_set.h"
 

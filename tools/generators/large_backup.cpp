@@ -1,11 +1,11 @@
-#include "support/large_backup.h"
+#include "generators/large_backup.h"
 
 #include <string_view>
 
 #include "core/ipd_format.h"
 #include "core/hex_text.h"
-#include "support/record_shapes.h"
-#include "support/tiny_images.h"
+#include "generators/record_shapes.h"
+#include "generators/tiny_images.h"
 
 namespace orchidlamp::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/record_shapes.h"
+#include "generators/record_shapes.h"
 
 namespace orchidlamp::testing {
 namespace {

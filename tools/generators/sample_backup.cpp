@@ -1,8 +1,8 @@
-#include "support/sample_backup.h"
+#include "generators/sample_backup.h"
 
 #include "support/ipd_builder.h"
-#include "support/record_shapes.h"
-#include "support/tiny_images.h"
+#include "generators/record_shapes.h"
+#include "generators/tiny_images.h"
 
 namespace orchidlamp::testing {
 namespace {

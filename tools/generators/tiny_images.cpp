@@ -1,4 +1,4 @@
-#include "support/tiny_images.h"
+#include "generators/tiny_images.h"
 
 #include "support/ipd_builder.h"
 
