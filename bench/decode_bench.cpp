@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "records/record_kinds.h"
-#include "support/large_backup.h"
+#include "generators/large_backup.h"
 
 namespace orchidlamp {
 namespace {

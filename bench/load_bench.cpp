@@ -9,7 +9,7 @@
 
 #include "core/workspace.h"
 #include "records/record_kinds.h"
-#include "support/large_backup.h"
+#include "generators/large_backup.h"
 #include "support/temp_folder.h"
 
 namespace orchidlamp {

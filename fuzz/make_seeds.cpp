@@ -12,8 +12,8 @@
 #include "core/kinds.h"
 #include "records/record_kinds.h"
 #include "support/ipd_builder.h"
-#include "support/record_shapes.h"
-#include "support/sample_backup.h"
+#include "generators/record_shapes.h"
+#include "generators/sample_backup.h"
 #include "support/temp_folder.h"
 
 namespace {
