@@ -50,11 +50,11 @@ void BM_Label(benchmark::State& state, Kind kind) {
 
 void BM_Decode(benchmark::State& state, Kind kind) {
   const std::vector<Bytes> bodies = BodiesOf(kind);
-  const RecordKindRow& row = RowOf(kind);
+  const KindSpec& spec = SpecOf(kind);
   const DecodeContext context;  // no picture sink: photos are not written
   std::size_t i = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(row.decode(bodies[i], context));
+    benchmark::DoNotOptimize(DecodeRecord(spec, bodies[i], context));
     i = (i + 1) % bodies.size();
   }
   state.SetItemsProcessed(state.iterations());
@@ -68,7 +68,7 @@ const bool kRegistered = [] {
       {Kind::BrowserBookmarks, "Bookmark"}, {Kind::ServiceBook, "ServiceBook"}};
   for (const auto& [kind, name] : kKinds) {
     benchmark::RegisterBenchmark((std::string("BM_Label/") + name).c_str(), BM_Label, kind);
-    if (RowOf(kind).decode) benchmark::RegisterBenchmark((std::string("BM_Decode/") + name).c_str(), BM_Decode, kind);
+    if (SpecOf(kind).HasMembers()) benchmark::RegisterBenchmark((std::string("BM_Decode/") + name).c_str(), BM_Decode, kind);
   }
   return true;
 }();

@@ -9,14 +9,6 @@
 #include "records/record_kinds.h"
 
 namespace orchidlamp::fuzz {
-namespace {
-
-constexpr RecordFormatter kFormatters[] = {
-    FormatAutoText, FormatBookmark, FormatSms, FormatContact, FormatContactNested,
-    FormatTask,     FormatMemo,     FormatAppointment, FormatAppointmentNested, FormatCall,
-};
-
-}  // namespace
 
 int FuzzExport(const std::uint8_t* data, std::size_t size) {
   // The first byte picks the delimiter's first character and the export depth.
@@ -36,7 +28,9 @@ int FuzzExport(const std::uint8_t* data, std::size_t size) {
     if (!node.tag) continue;
     const ByteView body = ws.Body(*node.tag);
     for (bool asText : {true, false}) {
-      for (RecordFormatter format : kFormatters) (void)format(body, *node.tag, context, asText);
+      for (int k = 0; k < kKindCount; ++k)
+        if (const KindSpec& kind = SpecOf(static_cast<Kind>(k)); kind.HasMembers())
+          (void)FormatRecord(kind, body, *node.tag, context, asText);
       (void)FormatRecordOf(ws, tree[node.parent].text, *node.tag, context, asText);
     }
   }

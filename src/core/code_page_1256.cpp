@@ -62,8 +62,6 @@ void AppendUtf8(std::string& out, char32_t cp) {
 
 std::uint8_t UnicodeToCp1256(char16_t unit) { return TablesOnce().fromUnicode[unit]; }
 
-char32_t Cp1256ToUnicode(std::uint8_t byte) { return TablesOnce().toUnicode[byte]; }
-
 std::string Cp1256ToUtf8(std::string_view text) {
   const Tables& t = TablesOnce();
   std::string out;

@@ -12,9 +12,6 @@ namespace orchidlamp {
 // The code page byte of a UTF-16 code unit; '?' where the code page has none.
 std::uint8_t UnicodeToCp1256(char16_t unit);
 
-// The Unicode character a code page byte stands for.
-char32_t Cp1256ToUnicode(std::uint8_t byte);
-
 // 8-bit text as UTF-8, for display and standard output.
 std::string Cp1256ToUtf8(std::string_view text);
 

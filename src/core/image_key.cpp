@@ -16,10 +16,4 @@ constexpr std::array<std::string_view, 27> kTexts = {
 
 std::string_view ImageKeyText(ImageKey key) { return kTexts[static_cast<std::size_t>(key)]; }
 
-std::optional<ImageKey> ImageKeyFromText(std::string_view text) {
-  for (std::size_t i = 0; i < kTexts.size(); ++i)
-    if (kTexts[i] == text) return static_cast<ImageKey>(i);
-  return std::nullopt;
-}
-
 }  // namespace orchidlamp

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 namespace orchidlamp {
@@ -18,6 +17,5 @@ enum class ImageKey : std::uint8_t {
 
 // "" for None; "None", "Some", "All" for the ticks; the key text otherwise.
 std::string_view ImageKeyText(ImageKey key);
-std::optional<ImageKey> ImageKeyFromText(std::string_view text);
 
 }  // namespace orchidlamp

@@ -4,17 +4,17 @@ namespace orchidlamp {
 namespace {
 
 constexpr std::array<KindInfo, kKindCount> kKinds = {{
-    {Kind::BrowserBookmarks, "Browser Bookmarks", ImageKey::None},
-    {Kind::AutoText, "AutoText", ImageKey::None},
-    {Kind::SmsMessages, "SMS Messages", ImageKey::receivedsms},
-    {Kind::AddressBookAll, "Address Book - All", ImageKey::addressbook},
-    {Kind::AddressBook, "Address Book", ImageKey::mobile},
-    {Kind::Memos, "Memos", ImageKey::memos},
-    {Kind::Tasks, "Tasks", ImageKey::tasks},
-    {Kind::CalendarAll, "Calendar - All", ImageKey::calendars},
-    {Kind::Calendar, "Calendar", ImageKey::calendars},
-    {Kind::ServiceBook, "Service Book", ImageKey::servicebook},
-    {Kind::PhoneCallLogs, "Phone Call Logs", ImageKey::received},
+    {Kind::BrowserBookmarks, "Browser Bookmarks"},
+    {Kind::AutoText, "AutoText"},
+    {Kind::SmsMessages, "SMS Messages"},
+    {Kind::AddressBookAll, "Address Book - All"},
+    {Kind::AddressBook, "Address Book"},
+    {Kind::Memos, "Memos"},
+    {Kind::Tasks, "Tasks"},
+    {Kind::CalendarAll, "Calendar - All"},
+    {Kind::Calendar, "Calendar"},
+    {Kind::ServiceBook, "Service Book"},
+    {Kind::PhoneCallLogs, "Phone Call Logs"},
 }};
 
 }  // namespace

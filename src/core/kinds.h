@@ -7,8 +7,6 @@
 #include <optional>
 #include <string_view>
 
-#include "core/image_key.h"
-
 namespace orchidlamp {
 
 enum class Kind : int {
@@ -26,10 +24,11 @@ enum class Kind : int {
 };
 inline constexpr int kKindCount = 11;
 
+// What the loader needs of a kind: its database name. Everything else a kind
+// does is described in records/record_kinds.h.
 struct KindInfo {
   Kind kind;
   std::string_view name;
-  ImageKey image;  // the record node image where the label does not choose one
 };
 
 const KindInfo& InfoOf(Kind kind);

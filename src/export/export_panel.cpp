@@ -1,6 +1,6 @@
 #include "export/export_panel.h"
 
-#include "export/export_kinds.h"
+#include "export/record_formatters.h"
 
 namespace orchidlamp {
 namespace {
@@ -11,6 +11,24 @@ constexpr std::string_view kRefusalText =
     "Please select any single record then hit the export menu.";
 
 }  // namespace
+
+const KindSpec* KindBySelectedCaption(std::string_view caption) {
+  for (int k = 0; k < kKindCount; ++k) {
+    const KindSpec& kind = SpecOf(static_cast<Kind>(k));
+    const ExportSpec& e = kind.form->exported;
+    if (!e.recordTitle.empty() && e.selectedCaption == caption) return &kind;
+  }
+  return nullptr;
+}
+
+const KindSpec* KindByAllCaption(std::string_view caption) {
+  for (int k = 0; k < kKindCount; ++k) {
+    const KindSpec& kind = SpecOf(static_cast<Kind>(k));
+    const ExportSpec& e = kind.form->exported;
+    if (!e.kindTitleText.empty() && e.allCaption == caption) return &kind;
+  }
+  return nullptr;
+}
 
 void ExportPanel::Check(ExportScope scope) {
   checked = {};
@@ -24,12 +42,12 @@ Status PrepareExport(const Workspace& ws, ExportPanel& panel) {
   const DatabaseTree& tree = ws.tree();
   const bool selected = ws.selected != kNoNode && static_cast<std::size_t>(ws.selected) < tree.size();
   const NodeId parent = selected ? tree[ws.selected].parent : kNoNode;
-  const ExportKindRow* row = parent == kNoNode ? nullptr : ExportRowByText(tree[parent].text);
-  if (!row)
+  const KindSpec* kind = parent == kNoNode ? nullptr : ExportedKindByText(tree[parent].text);
+  if (!kind)
     return Fail(std::string(kRefusalText), MessageIcon::Exclamation, std::string(kRefusalTitle));
 
-  panel.captions[kScopeRecord] = std::string(row->selectedCaption);
-  panel.captions[kScopeKind] = std::string(row->allCaption);
+  panel.captions[kScopeRecord] = std::string(kind->form->exported.selectedCaption);
+  panel.captions[kScopeKind] = std::string(kind->form->exported.allCaption);
   panel.optionVisible[kScopeKind] = true;
   panel.optionVisible[kScopeRecord] = true;
   panel.optionVisible[kScopeTree] = true;

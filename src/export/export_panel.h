@@ -10,6 +10,7 @@
 
 #include "core/message.h"
 #include "core/workspace.h"
+#include "records/record_kinds.h"
 
 namespace orchidlamp {
 
@@ -36,6 +37,12 @@ struct ExportPanel {
   // The Cancel button.
   void Cancel() { visible = false; }
 };
+
+// The first kind (in kind order) whose option-0 / option-1 caption is this text
+// and that the export recognises for that scope; null otherwise (bookmarks
+// included).
+const KindSpec* KindBySelectedCaption(std::string_view caption);
+const KindSpec* KindByAllCaption(std::string_view caption);
 
 // The export menu command: sets the captions for the kind of the selected
 // node's parent and shows the panel. A selection that is no record of an

@@ -1,14 +1,16 @@
 #pragma once
 
-// The record text formatters: one record as a report block or as one CSV row.
+// The record text formatter: one record as a report block or as one CSV row,
+// walking the members its kind's export names (records/record_kinds.h).
 //
-// Report block: CR LF, 44 hyphens, CR LF, then per member a tab, its label and its
-// value, members joined by CR LF, nothing after the last. CSV row: every value in
-// double quotes, not escaped (a quote, delimiter or line break inside a value is
-// written as it stands), joined by the delimiter, no line break at the end.
+// Report block: CR LF, 44 hyphens, CR LF, then per member a tab, its caption,
+// ": " and its value, members joined by CR LF, nothing after the last. CSV row:
+// every value in double quotes, not escaped (a quote, delimiter or line break
+// inside a value is written as it stands), joined by the delimiter, no line
+// break at the end.
 //
-// A record whose identifying member is empty formats as the text "1" (kSkipped)
-// in both forms; exports write that marker like any other result.
+// A record whose identifying members are all empty formats as the text "1"
+// (kSkipped) in both forms; exports write that marker like any other result.
 
 #include <optional>
 #include <string>
@@ -18,7 +20,7 @@
 #include "core/database_tree.h"
 #include "core/kinds.h"
 #include "core/workspace.h"
-#include "records/decoders.h"
+#include "records/record_kinds.h"
 
 namespace orchidlamp {
 
@@ -36,30 +38,23 @@ struct FormatContext {
 // contact photos written to its program folder.
 FormatContext FormatContextOf(const Workspace& ws);
 
-// `span` is the record's tag; a contact's photo is numbered by its first offset.
-using RecordFormatter = std::string (*)(ByteView body, const RecordSpan& span, const FormatContext& context,
-                                        bool asText);
+// The kind of a database node text when the export writes that kind's records;
+// null otherwise (service books, unknown databases). The two contact kinds, and
+// the two calendars, share their export texts.
+const KindSpec* ExportedKindByText(std::string_view databaseText);
 
-std::string FormatAutoText(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-std::string FormatBookmark(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-std::string FormatSms(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-// "Address Book" records (fields at the top level).
-std::string FormatContact(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-// "Address Book - All" records (fields nested in field 10).
-std::string FormatContactNested(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-std::string FormatTask(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-std::string FormatMemo(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-// "Calendar" records.
-std::string FormatAppointment(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
-// "Calendar - All" records.
-std::string FormatAppointmentNested(ByteView body, const RecordSpan& span, const FormatContext& context,
-                                    bool asText);
-std::string FormatCall(ByteView body, const RecordSpan& span, const FormatContext& context, bool asText);
+// `span` is the record's tag; a contact's photo is numbered by its first offset.
+// `kind` must have members.
+std::string FormatRecord(const KindSpec& kind, ByteView body, const RecordSpan& span, const FormatContext& context,
+                         bool asText);
+
+// The CSV header row of a kind: its exported captions joined by commas, whatever
+// the delimiter (this mismatch with the data rows is wanted).
+std::string CsvHeader(const KindSpec& kind);
 
 // The record under a database node of this text, formatted by that database's
-// formatter; nullopt when the text names no database that has one (service
-// books, unknown databases, anything else). Throws CommandError when the span
-// lies outside the loaded bytes.
+// kind; nullopt when the text names no exported kind. Throws CommandError when
+// the span lies outside the loaded bytes.
 std::optional<std::string> FormatRecordOf(const Workspace& ws, std::string_view databaseText, const RecordSpan& span,
                                           const FormatContext& context, bool asText);
 

@@ -2,7 +2,7 @@
 
 #include "core/file_io.h"
 #include "core/time_stamp.h"
-#include "export/export_kinds.h"
+#include "export/record_formatters.h"
 
 namespace orchidlamp {
 namespace {
@@ -43,7 +43,7 @@ class ExportWalk {
     if (!Exists(tree_, node)) return;
     const TreeNode& n = tree_[node];
     if (n.parent == kNoNode || !n.tag) return;
-    if (const ExportKindRow* row = ExportRowByText(tree_[n.parent].text)) PrintRecord(*row, *n.tag);
+    if (const KindSpec* kind = ExportedKindByText(tree_[n.parent].text)) PrintRecord(*kind, *n.tag);
   }
 
   // As many nodes as the group has children, from the first child's first sibling on.
@@ -62,9 +62,9 @@ class ExportWalk {
   void ExportTree(NodeId node) {
     for (NodeId id = Exists(tree_, node) ? node : kNoNode; id != kNoNode;) {
       const TreeNode& n = tree_[id];
-      if (const ExportKindRow* row = ExportRowByText(n.text); row && !row->treeTitle.empty()) Banner(row->treeTitle);
+      if (const KindSpec* kind = ExportedKindByText(n.text)) Banner(kind->form->exported.treeTitle);
       if (n.tag && n.parent != kNoNode)
-        if (const ExportKindRow* row = ExportRowByText(tree_[n.parent].text)) PrintRecord(*row, *n.tag);
+        if (const KindSpec* kind = ExportedKindByText(tree_[n.parent].text)) PrintRecord(*kind, *n.tag);
       if (n.firstChild != kNoNode) {
         ++ws_.exportDepth;
         ExportTree(n.firstChild);
@@ -84,9 +84,9 @@ class ExportWalk {
   }
 
  private:
-  void PrintRecord(const ExportKindRow& row, const RecordSpan& span) {
+  void PrintRecord(const KindSpec& kind, const RecordSpan& span) {
     if (ws_.exportDepth > 0) out_.append(kBlanksPerDepth * static_cast<std::size_t>(ws_.exportDepth), ' ');
-    out_ += row.format(ws_.Body(span), span, context_, asText_);
+    out_ += FormatRecord(kind, ws_.Body(span), span, context_, asText_);
     out_ += "\r\n";
     if (out_.size() >= kFlushAt) Flush();
     if (++printed_ % kProgressEvery == 0) Report(progress_, printed_, tree_.size());
@@ -132,14 +132,15 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
   std::optional<Failure> fault;
   try {
     if (scope == kScopeRecord) {
-      if (const ExportKindRow* row = ExportRowBySelectedCaption(panel.captions[kScopeRecord])) {
-        walk.TitledBanner(row->recordTitle);
+      if (const KindSpec* kind = KindBySelectedCaption(panel.captions[kScopeRecord])) {
+        walk.TitledBanner(kind->form->exported.recordTitle);
         walk.ExportRecord(selected);
       }
     } else if (scope == kScopeKind) {
-      if (const ExportKindRow* row = ExportRowByAllCaption(panel.captions[kScopeKind])) {
-        walk.TitledBanner(asText ? row->kindTitleText : row->kindTitleCsv);
-        if (!asText) walk.Print(row->csvHeader);
+      if (const KindSpec* kind = KindByAllCaption(panel.captions[kScopeKind])) {
+        const ExportSpec& e = kind->form->exported;
+        walk.TitledBanner(asText ? e.kindTitleText : e.kindTitleCsv);
+        if (!asText) walk.Print(CsvHeader(*kind));
         walk.ExportKind(selected == kNoNode ? kNoNode : tree[selected].parent);
       }
     } else {

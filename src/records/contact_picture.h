@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "records/decoders.h"
+#include "records/record_kinds.h"
 
 namespace orchidlamp {
 

@@ -1,54 +1,32 @@
 #pragma once
 
-// One decoder and one tree label per record kind. Decoders take a record's body
-// (handle through last byte) and never fail: an absent or short field gives empty
-// text or 0, and nothing is read outside the body.
-
-#include <cstdint>
-#include <functional>
-#include <string>
+// The record forms each kind file defines, and where kinds find their fields.
+// Decoders never fail: an absent or short field gives empty text or 0, and
+// nothing is read outside the body (handle through last byte).
 
 #include "core/bytes.h"
-#include "core/image_key.h"
-#include "records/decoded_records.h"
+#include "records/field_walk.h"
+#include "records/record_kinds.h"
 
 namespace orchidlamp {
 
-// Writes a contact's JPEG photo; returns what the contact's PhotoFile shows.
-using ContactPictureSink = std::function<std::string(ByteView jpeg, std::int64_t number)>;
+extern const RecordForm kSmsForm;
+extern const RecordForm kContactForm;
+extern const RecordForm kAppointmentForm;
+extern const RecordForm kTaskForm;
+extern const RecordForm kMemoForm;
+extern const RecordForm kCallForm;
+extern const RecordForm kAutoTextForm;
+extern const RecordForm kBookmarkForm;
+extern const RecordForm kServiceBookForm;
 
-DecodedSms DecodeSms(ByteView body, double timeZoneHours);
-std::string SmsLabel(ByteView body);
-// Byte 9 of the body: zero means the handheld sent it.
-bool SmsIsSent(ByteView body);
-
-// `nested` for "Address Book - All": the contact's fields sit inside field 10.
-DecodedContact DecodeContact(ByteView body, std::int64_t pictureNumber, bool nested,
-                             const ContactPictureSink& pictures);
-std::string ContactLabel(ByteView body, bool nested);
-
-// `nested` for "Calendar - All": the fields sit inside field 10, after 4 bytes.
-DecodedAppointment DecodeAppointment(ByteView body, bool nested, double timeZoneHours);
-std::string AppointmentLabel(ByteView body, bool nested);
-
-DecodedTask DecodeTask(ByteView body);
-std::string TaskLabel(ByteView body);
-
-DecodedMemo DecodeMemo(ByteView body);
-std::string MemoLabel(ByteView body);
-
-DecodedCall DecodeCall(ByteView body, double timeZoneHours);
-std::string CallLabel(ByteView body);
-// "received", "placed" or "missed": the call's record-node image.
-std::string CallDirectionWord(ByteView body);
-ImageKey CallDirectionImage(ByteView body);
-
-DecodedAutoText DecodeAutoText(ByteView body);
-std::string AutoTextLabel(ByteView body);
-
-DecodedBookmark DecodeBookmark(ByteView body);
-std::string BookmarkLabel(ByteView body);
-
-std::string ServiceBookLabel(ByteView body);
+// The SMS fields follow a fixed 73-byte header.
+FieldList SmsFields(ByteView body);
+// "Address Book - All": the contact's fields sit inside field 10.
+FieldList NestedContactFields(ByteView body);
+// "Calendar - All": the appointment's fields sit inside field 10, after 4 bytes.
+FieldList NestedAppointmentFields(ByteView body);
+// Bookmarks are not walked as fields: their "list" is the whole body, searched as hex.
+FieldList WholeBody(ByteView body);
 
 }  // namespace orchidlamp

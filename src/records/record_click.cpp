@@ -1,7 +1,6 @@
 #include "records/record_click.h"
 
 #include "records/contact_picture.h"
-#include "records/record_kinds.h"
 #include "records/service_book_panel.h"
 
 namespace orchidlamp {
@@ -27,7 +26,7 @@ ClickResult ClickNode(Workspace& ws, NodeId node) {
     }
     const ContactPictureSink pictures = ContactPictureWriter(ws.ProgramFolder());
     const DecodeContext context{ws.settings().timeZoneHours, n.tag->first, &pictures};
-    return {kind, RowOf(*kind).decode(body, context)};
+    return {kind, DecodeRecord(SpecOf(*kind), body, context)};
   } catch (const CommandError&) {
     // A record the panel cannot be filled from shows nothing, as a failed click always has.
     return {};

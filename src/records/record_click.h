@@ -9,7 +9,7 @@
 #include "core/database_tree.h"
 #include "core/kinds.h"
 #include "core/workspace.h"
-#include "records/decoded_records.h"
+#include "records/record_kinds.h"
 
 namespace orchidlamp {
 

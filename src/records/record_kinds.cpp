@@ -1,58 +1,43 @@
 #include "records/record_kinds.h"
 
-#include <array>
+#include "records/decoders.h"
+#include "records/field_text.h"
 
 namespace orchidlamp {
 namespace {
 
-RecordLabel WithKindImage(Kind kind, std::string text) { return {std::move(text), InfoOf(kind).image}; }
-
-const ContactPictureSink kNoPictures;
-
-const ContactPictureSink& Pictures(const DecodeContext& c) { return c.pictures ? *c.pictures : kNoPictures; }
-
-constexpr std::array<RecordKindRow, kKindCount> kRows = {{
-    {Kind::BrowserBookmarks,
-     [](ByteView b) { return WithKindImage(Kind::BrowserBookmarks, BookmarkLabel(b)); },
-     [](ByteView b, const DecodeContext&) { return DecodeBookmark(b).Members(); }},
-    {Kind::AutoText,
-     [](ByteView b) { return WithKindImage(Kind::AutoText, AutoTextLabel(b)); },
-     [](ByteView b, const DecodeContext&) { return DecodeAutoText(b).Members(); }},
-    {Kind::SmsMessages,
-     [](ByteView b) { return RecordLabel{SmsLabel(b), SmsIsSent(b) ? ImageKey::sent : ImageKey::receivedsms}; },
-     [](ByteView b, const DecodeContext& c) { return DecodeSms(b, c.timeZoneHours).Members(); }},
-    {Kind::AddressBookAll,
-     [](ByteView b) { return WithKindImage(Kind::AddressBookAll, ContactLabel(b, true)); },
-     [](ByteView b, const DecodeContext& c) {
-       return DecodeContact(b, c.pictureNumber, true, Pictures(c)).Members();
-     }},
-    {Kind::AddressBook,
-     [](ByteView b) { return WithKindImage(Kind::AddressBook, ContactLabel(b, false)); },
-     [](ByteView b, const DecodeContext& c) {
-       return DecodeContact(b, c.pictureNumber, false, Pictures(c)).Members();
-     }},
-    {Kind::Memos,
-     [](ByteView b) { return WithKindImage(Kind::Memos, MemoLabel(b)); },
-     [](ByteView b, const DecodeContext&) { return DecodeMemo(b).Members(); }},
-    {Kind::Tasks,
-     [](ByteView b) { return WithKindImage(Kind::Tasks, TaskLabel(b)); },
-     [](ByteView b, const DecodeContext&) { return DecodeTask(b).Members(); }},
-    {Kind::CalendarAll,
-     [](ByteView b) { return WithKindImage(Kind::CalendarAll, AppointmentLabel(b, true)); },
-     [](ByteView b, const DecodeContext& c) { return DecodeAppointment(b, true, c.timeZoneHours).Members(); }},
-    {Kind::Calendar,
-     [](ByteView b) { return WithKindImage(Kind::Calendar, AppointmentLabel(b, false)); },
-     [](ByteView b, const DecodeContext& c) { return DecodeAppointment(b, false, c.timeZoneHours).Members(); }},
-    {Kind::ServiceBook,
-     [](ByteView b) { return WithKindImage(Kind::ServiceBook, ServiceBookLabel(b)); },
-     nullptr},
-    {Kind::PhoneCallLogs,
-     [](ByteView b) { return RecordLabel{CallLabel(b), CallDirectionImage(b)}; },
-     [](ByteView b, const DecodeContext& c) { return DecodeCall(b, c.timeZoneHours).Members(); }},
+// Indexed by Kind.
+constexpr std::array<KindSpec, kKindCount> kKinds = {{
+    {Kind::BrowserBookmarks, ImageKey::None, WholeBody, &kBookmarkForm},
+    {Kind::AutoText, ImageKey::None, RecordFields, &kAutoTextForm},
+    {Kind::SmsMessages, ImageKey::receivedsms, SmsFields, &kSmsForm},
+    {Kind::AddressBookAll, ImageKey::addressbook, NestedContactFields, &kContactForm},
+    {Kind::AddressBook, ImageKey::mobile, RecordFields, &kContactForm},
+    {Kind::Memos, ImageKey::memos, RecordFields, &kMemoForm},
+    {Kind::Tasks, ImageKey::tasks, RecordFields, &kTaskForm},
+    {Kind::CalendarAll, ImageKey::calendars, NestedAppointmentFields, &kAppointmentForm},
+    {Kind::Calendar, ImageKey::calendars, RecordFields, &kAppointmentForm},
+    {Kind::ServiceBook, ImageKey::servicebook, RecordFields, &kServiceBookForm},
+    {Kind::PhoneCallLogs, ImageKey::received, RecordFields, &kCallForm},
 }};
 
 }  // namespace
 
-const RecordKindRow& RowOf(Kind kind) { return kRows[static_cast<std::size_t>(kind)]; }
+const KindSpec& SpecOf(Kind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
+
+MemberList DecodeRecord(const KindSpec& kind, ByteView body, const DecodeContext& context) {
+  const FieldList fields = kind.fields(body);
+  MemberList members;
+  members.reserve(kind.form->members.size());
+  for (const MemberSpec& spec : kind.form->members) members.push_back({spec.name, RouteText(fields, spec)});
+  if (kind.form->finish) kind.form->finish(body, fields, context, members);
+  return members;
+}
+
+RecordLabel LabelRecord(const KindSpec& kind, ByteView body) {
+  RecordLabel label = kind.form->label(body, kind.fields(body));
+  if (label.image == ImageKey::None) label.image = kind.image;
+  return label;
+}
 
 }  // namespace orchidlamp

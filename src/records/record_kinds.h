@@ -1,17 +1,30 @@
 #pragma once
 
-// The one table of what each known kind does: its tree label and image, and how
-// a click on one of its records decodes it.
+// The one description of every record kind: its tree image and label, its
+// members in order (name, caption, line breaks, where each is read from), what
+// the export writes of it and how the window lays out its detail frame. The
+// loader, a click, `show`, the export and the window all read this table; a kind
+// or a member is added here and in its kind file, nowhere else.
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/bytes.h"
 #include "core/kinds.h"
 #include "core/record_labeller.h"
-#include "records/decoded_records.h"
-#include "records/decoders.h"
+#include "records/field_walk.h"
 
 namespace orchidlamp {
+
+// Writes a contact's JPEG photo; returns what the contact's PhotoFile shows.
+using ContactPictureSink = std::function<std::string(ByteView jpeg, std::int64_t number)>;
 
 struct DecodeContext {
   double timeZoneHours = 0;
@@ -19,19 +32,123 @@ struct DecodeContext {
   const ContactPictureSink* pictures = nullptr;
 };
 
-struct RecordKindRow {
-  Kind kind;
-  RecordLabel (*label)(ByteView body);
-  // The detail view's members; null for the service book, whose panel is boxes.
-  MemberList (*decode)(ByteView body, const DecodeContext& context);
+// How a member that is one field of the record's list becomes text. The routes
+// differ between kinds (which is cleaned, which may be UTF-16) and are kept so.
+enum class FieldRoute : std::uint8_t {
+  Computed,      // the kind's own code fills it
+  Clean,         // the plain code, control characters cleaned
+  Paired,        // the UTF-16 code when it holds data, else the plain code; both cleaned
+  PairedRaw,     // as Paired, but the plain code's text is not cleaned
+  Joined,        // the plain code, then the wide code's data after its lead byte read 8-bit; both cleaned
 };
 
-const RecordKindRow& RowOf(Kind kind);
+struct MemberSpec {
+  std::string_view name;     // what `show` prints
+  std::string_view caption;  // the export's label and the window's default label; empty: neither shows it
+  bool keepLineBreaks = false;
+  FieldRoute route = FieldRoute::Computed;
+  int code = 0;      // the plain field code
+  int wideCode = 0;  // the UTF-16 (or 128-form) field code
+};
+
+// A decoded record: its members' values, in the kind's member order.
+struct Member {
+  std::string_view name;
+  std::string value;
+};
+using MemberList = std::vector<Member>;
+
+// The index of a member by name, for the kind files' own code and tables; a
+// name that is no member fails to compile.
+template <std::size_t N>
+consteval std::uint8_t MemberIndex(const std::array<MemberSpec, N>& members, std::string_view name) {
+  for (std::size_t i = 0; i < N; ++i)
+    if (members[i].name == name) return static_cast<std::uint8_t>(i);
+  throw "no such member";
+}
+template <std::size_t N, std::size_t M>
+consteval std::array<std::uint8_t, M> MemberIndices(const std::array<MemberSpec, N>& members,
+                                                    const std::string_view (&names)[M]) {
+  std::array<std::uint8_t, M> indices{};
+  for (std::size_t i = 0; i < M; ++i) indices[i] = MemberIndex(members, names[i]);
+  return indices;
+}
+
+// What the export does with a kind: the panel's option captions, the title line
+// of each scope and the members it writes.
+struct ExportSpec {
+  std::string_view selectedCaption;  // option 0
+  std::string_view allCaption;       // option 1
+  // The selected-record title; empty where the caption is not among those the
+  // export recognises (bookmarks: an empty file).
+  std::string_view recordTitle;
+  std::string_view kindTitleText;  // all-of-kind scope, text export
+  std::string_view kindTitleCsv;   // all-of-kind scope, CSV export
+  std::string_view treeTitle;      // whole-tree title line, indentation included (it differs by kind)
+  // The members written, in the file's order; empty: every captioned member in
+  // member order. The CSV header row is their captions joined by commas.
+  std::span<const std::uint8_t> order;
+  // A record whose identifying members are all empty is written as the skip marker.
+  std::span<const std::uint8_t> identity;
+};
+
+// The detail frame: which member goes in which box, with the box's widget name,
+// label and form. The window builds the frame from this and nothing else.
+struct FrameBox {
+  std::string_view member = {};
+  std::string_view objectName = {};             // empty: the member's name
+  std::optional<std::string_view> label = {};   // nullopt: the member's caption
+  bool multiLine = false;
+  bool sharesRow = false;                  // sits beside the previous box, in its row
+};
+struct FrameTab {
+  std::string_view caption = {};
+  std::span<const FrameBox> boxes = {};
+  bool photo = false;  // the contact's picture sits under this tab's boxes
+};
+struct FrameLayout {
+  std::string_view objectName = {};
+  std::string_view caption = {};
+  std::span<const FrameBox> boxes = {};  // one form, or
+  std::span<const FrameTab> tabs = {};   // a tab widget of forms
+  std::string_view tabsName = {};
+  std::string_view photoMember = {};     // the member whose value is the picture's path
+  bool serviceBook = false;         // the service-book boxes instead of members
+};
+
+// What kinds of one record shape share (both contact kinds, both calendars).
+struct RecordForm {
+  std::span<const MemberSpec> members;
+  // Fills the Computed members; the routed ones are already set. Null when the
+  // routes fill everything.
+  void (*finish)(ByteView body, const FieldList& fields, const DecodeContext& context, MemberList& members);
+  // The node text; the image stays None where the kind's image applies.
+  RecordLabel (*label)(ByteView body, const FieldList& fields);
+  ExportSpec exported;
+  const FrameLayout* frame;
+};
+
+struct KindSpec {
+  Kind kind;
+  ImageKey image;  // the record node image where the label does not choose one
+  // The field list the members are read from (plain, nested in field 10, ...).
+  FieldList (*fields)(ByteView body);
+  const RecordForm* form;
+
+  bool HasMembers() const { return !form->members.empty(); }
+};
+
+const KindSpec& SpecOf(Kind kind);
+
+// The record's members as its kind reads them. The service book has none: its
+// panel is the boxes of records/service_book_panel.h.
+MemberList DecodeRecord(const KindSpec& kind, ByteView body, const DecodeContext& context);
+RecordLabel LabelRecord(const KindSpec& kind, ByteView body);
 
 // The labeller the loaders use.
 class KindLabeller final : public RecordLabeller {
  public:
-  RecordLabel Label(Kind kind, ByteView body) const override { return RowOf(kind).label(body); }
+  RecordLabel Label(Kind kind, ByteView body) const override { return LabelRecord(SpecOf(kind), body); }
 };
 
 }  // namespace orchidlamp

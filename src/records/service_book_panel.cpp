@@ -6,7 +6,7 @@
 #include "core/hex_text.h"
 #include "records/decoders.h"
 #include "records/field_walk.h"
-#include "records/text_routes.h"
+#include "records/field_text.h"
 
 namespace orchidlamp {
 namespace {
@@ -93,6 +93,15 @@ void ApplyServiceBookBoxes(const ServiceBookBoxes& boxes, std::array<std::string
     if (boxes[i]) panel[i] = *boxes[i];
 }
 
-std::string ServiceBookLabel(ByteView body) { return BoxText(RecordFields(body).Find(kName)); }
+namespace {
+
+RecordLabel Label(ByteView, const FieldList& fields) { return {BoxText(fields.Find(kName))}; }
+
+constexpr FrameLayout kFrame{"Servicebook", "Service Book", {}, {}, {}, {}, true};
+
+}  // namespace
+
+// No members: a click fills the panel's boxes instead, and nothing is exported.
+const RecordForm kServiceBookForm = {{}, nullptr, Label, {}, &kFrame};
 
 }  // namespace orchidlamp

@@ -1,7 +1,5 @@
 #include "ui/detail_panels.h"
 
-#include <algorithm>
-
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -44,29 +42,16 @@ QString Display(const std::string& text8bit) {
 
 std::size_t Index(Kind kind) { return static_cast<std::size_t>(kind); }
 
-struct ContactBox {
-  const char* label;
-  bool multiLine;
-};
+QString Latin1(std::string_view text) {
+  if (text.empty()) return QString();
+  return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+}
 
-// In the decoder's member order (Title ... PhotoFile).
-constexpr std::array<ContactBox, 35> kContactBoxes = {{
-    {"Title", false},          {"First Name", false},     {"Last Name", false},    {"Company", false},
-    {"Job", false},            {"Email", false},          {"Work Phone 1", false}, {"Work Phone 2", false},
-    {"Home Phone 1", false},   {"Home Phone 2", false},   {"Mobile", false},       {"Pager", false},
-    {"Fax", false},            {"Other", false},          {"PIN", false},          {"Work Address 1", true},
-    {"Work Address 2", true},  {"Work City", false},      {"Work State", false},   {"Work ZIP", false},
-    {"Work Country", false},   {"Home Address 1", true},  {"Home Address 2", true}, {"Home City", false},
-    {"Home State", false},     {"Home ZIP", false},       {"Home Country", false}, {"Birthday", false},
-    {"Anniversary", false},    {"Category", false},       {"Web Page", false},     {"Field 99", false},
-    {"Reserved", false},       {"Notes", true},           {"Photo", false},
-}};
-
-// Which boxes each tab of ctab holds.
-struct ContactTab {
-  const char* caption;
-  std::vector<int> members;
-};
+std::size_t MemberOf(const RecordForm& form, std::string_view name) {
+  for (std::size_t i = 0; i < form.members.size(); ++i)
+    if (form.members[i].name == name) return i;
+  return form.members.size();
+}
 
 }  // namespace
 
@@ -92,152 +77,78 @@ DetailPanels::DetailPanels(QWidget* parent) : QWidget(parent) {
   // Every frame sits in the same cell: they overlay one another.
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
-  BuildAutoText();
-  BuildSms();
-  BuildBookmarks();
-  BuildContacts();
-  BuildFieldsFrame(Kind::Memos, QStringLiteral("Memo"), QStringLiteral("Memos"),
-                   {{44, QStringLiteral("Title")}, {45, QString()}}, {45});
-  BuildFieldsFrame(Kind::Tasks, QStringLiteral("Task"), QStringLiteral("Tasks"),
-                   {{40, QStringLiteral("Task")},
-                    {41, QStringLiteral("Status")},
-                    {42, QStringLiteral("Priority")},
-                    {43, QStringLiteral("Notes")}},
-                   {43});
-  BuildCalendar();
-  BuildServiceBook();
-  BuildFieldsFrame(Kind::PhoneCallLogs, QStringLiteral("pcallslog"), QStringLiteral("Phone Calls Log"),
-                   {{46, QStringLiteral("Name")},
-                    {47, QStringLiteral("Number")},
-                    {48, QStringLiteral("Date")},
-                    {49, QStringLiteral("Duration")},
-                    {50, QStringLiteral("Direction")},
-                    {51, QStringLiteral("Status")}},
-                   {});
+  for (int k = 0; k < kKindCount; ++k) BuildFrame(SpecOf(static_cast<Kind>(k)));
   grid->setRowStretch(1, 1);
   HideAll();
 }
 
-QGroupBox* DetailPanels::AddFrame(const QString& name, const QString& caption) {
-  auto* frame = new QGroupBox(caption, this);
-  frame->setObjectName(name);
+void DetailPanels::BuildFrame(const KindSpec& kind) {
+  const FrameLayout& frameLayout = *kind.form->frame;
+  // A kind whose layout an earlier kind already built shares that frame and its boxes.
+  for (int k = 0; k < static_cast<int>(kind.kind); ++k) {
+    if (SpecOf(static_cast<Kind>(k)).form->frame != &frameLayout) continue;
+    frames_[Index(kind.kind)] = frames_[static_cast<std::size_t>(k)];
+    boxes_[Index(kind.kind)] = boxes_[static_cast<std::size_t>(k)];
+    return;
+  }
+  auto* frame = new QGroupBox(Latin1(frameLayout.caption), this);
+  frame->setObjectName(Latin1(frameLayout.objectName));
   static_cast<QGridLayout*>(layout())->addWidget(frame, 0, 0);
-  return frame;
-}
-
-void DetailPanels::BuildFieldsFrame(Kind kind, const QString& name, const QString& caption,
-                                    const std::vector<std::pair<int, QString>>& boxes,
-                                    const std::vector<int>& multiLine) {
-  QGroupBox* frame = AddFrame(name, caption);
-  auto* form = new QFormLayout(frame);
-  for (const auto& [ct, label] : boxes) {
-    const bool multi = std::find(multiLine.begin(), multiLine.end(), ct) != multiLine.end();
-    QWidget* box = MakeBox(QStringLiteral("ct%1").arg(ct), multi, frame);
-    form->addRow(label, box);
-    boxes_[Index(kind)].push_back(box);
-  }
-  frames_[Index(kind)] = frame;
-}
-
-void DetailPanels::BuildSms() {
-  QGroupBox* frame = AddFrame(QStringLiteral("SMSmessages"), QStringLiteral("SMS Messages"));
-  auto* form = new QFormLayout(frame);
-  const std::array<std::pair<const char*, const char*>, 6> rows = {{{"dir_text", "Direction"},
-                                                                     {"folder_name", "Folder"},
-                                                                     {"sent_date", "Sent on"},
-                                                                     {"recv_date", "Recv. On"},
-                                                                     {"tel_number", "Number"},
-                                                                     {"msg_text", "Message"}}};
-  for (const auto& [name, label] : rows) {
-    QWidget* box = MakeBox(QString::fromLatin1(name), std::string_view(name) == "msg_text", frame);
-    form->addRow(QString::fromLatin1(label), box);
-    boxes_[Index(Kind::SmsMessages)].push_back(box);
-  }
-  frames_[Index(Kind::SmsMessages)] = frame;
-}
-
-void DetailPanels::BuildAutoText() {
-  QGroupBox* frame = AddFrame(QStringLiteral("AutoTextm"), QStringLiteral("AutoText"));
-  auto* form = new QFormLayout(frame);
-  QWidget* replace = MakeBox(QStringLiteral("atr0"), false, frame);
-  QWidget* with = MakeBox(QStringLiteral("atr1"), true, frame);
-  form->addRow(QStringLiteral("Replace"), replace);
-  form->addRow(QStringLiteral("With"), with);
-  boxes_[Index(Kind::AutoText)] = {replace, with};
-  frames_[Index(Kind::AutoText)] = frame;
-}
-
-void DetailPanels::BuildBookmarks() {
-  QGroupBox* frame = AddFrame(QStringLiteral("BBookmarks"), QString());
-  auto* form = new QFormLayout(frame);
-  QWidget* name = MakeBox(QStringLiteral("bbkN1"), false, frame);
-  QWidget* url = MakeBox(QStringLiteral("bbkN2"), false, frame);
-  form->addRow(QString(), name);
-  form->addRow(QString(), url);
-  boxes_[Index(Kind::BrowserBookmarks)] = {name, url};
-  frames_[Index(Kind::BrowserBookmarks)] = frame;
-}
-
-void DetailPanels::BuildCalendar() {
-  QGroupBox* frame = AddFrame(QStringLiteral("Calendar"), QStringLiteral("Calendar"));
-  auto* form = new QFormLayout(frame);
-  std::vector<QWidget*> boxes;
-  for (int ct = 34; ct <= 39; ++ct) boxes.push_back(MakeBox(QStringLiteral("ct%1").arg(ct), ct == 39, frame));
-  form->addRow(QStringLiteral("Subject"), boxes[0]);
-  form->addRow(QStringLiteral("Location"), boxes[1]);
-  // Start and end share the "Start" row: the appointment's span reads left to right.
-  auto* span = new QHBoxLayout;
-  span->addWidget(boxes[2]);
-  span->addWidget(boxes[3]);
-  form->addRow(QStringLiteral("Start"), span);
-  form->addRow(QStringLiteral("Duration"), boxes[4]);
-  form->addRow(QStringLiteral("Notes"), boxes[5]);
-  boxes_[Index(Kind::Calendar)] = boxes;
-  boxes_[Index(Kind::CalendarAll)] = boxes;
-  frames_[Index(Kind::Calendar)] = frames_[Index(Kind::CalendarAll)] = frame;
-}
-
-void DetailPanels::BuildContacts() {
-  QGroupBox* frame = AddFrame(QStringLiteral("Contacts"), QStringLiteral("Contacts"));
-  auto* outer = new QVBoxLayout(frame);
-  auto* tabs = new QTabWidget(frame);
-  tabs->setObjectName(QStringLiteral("ctab"));
-  outer->addWidget(tabs);
-
-  const MemberList names = DecodedContact{}.Members();
-  std::vector<QWidget*> boxes(kContactBoxes.size(), nullptr);
-  const std::vector<ContactTab> layout = {
-      {"Name", {0, 1, 2, 3, 4, 5, 29, 30, 27, 28}},
-      {"Phones", {6, 7, 8, 9, 10, 11, 12, 13, 14}},
-      {"Work Address", {15, 16, 17, 18, 19, 20}},
-      {"Home Address", {21, 22, 23, 24, 25, 26}},
-      {"Notes", {33, 31, 32, 34}},
-  };
-  for (const ContactTab& tab : layout) {
-    auto* page = new QWidget(tabs);
-    auto* form = new QFormLayout(page);
-    for (int m : tab.members) {
-      const auto i = static_cast<std::size_t>(m);
-      const QString name = QString::fromLatin1(names[i].name.data(), static_cast<qsizetype>(names[i].name.size()));
-      boxes[i] = MakeBox(name, kContactBoxes[i].multiLine, page);
-      form->addRow(QString::fromLatin1(kContactBoxes[i].label), boxes[i]);
+  frames_[Index(kind.kind)] = frame;
+  boxes_[Index(kind.kind)].assign(kind.form->members.size(), nullptr);
+  if (frameLayout.serviceBook) {
+    BuildServiceBook(frame);
+  } else if (!frameLayout.tabs.empty()) {
+    auto* outer = new QVBoxLayout(frame);
+    auto* tabs = new QTabWidget(frame);
+    tabs->setObjectName(Latin1(frameLayout.tabsName));
+    outer->addWidget(tabs);
+    for (const FrameTab& tab : frameLayout.tabs) {
+      auto* page = new QWidget(tabs);
+      auto* form = new QFormLayout(page);
+      AddBoxes(page, form, tab.boxes, kind);
+      if (tab.photo) {
+        photo_ = new QLabel(page);
+        photo_->setObjectName(QStringLiteral("ContactPhoto"));
+        photo_->setMinimumSize(96, 96);
+        photo_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        form->addRow(QString(), photo_);
+      }
+      tabs->addTab(page, Latin1(tab.caption));
     }
-    if (std::string_view(tab.caption) == "Notes") {
-      photo_ = new QLabel(page);
-      photo_->setObjectName(QStringLiteral("ContactPhoto"));
-      photo_->setMinimumSize(96, 96);
-      photo_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-      form->addRow(QString(), photo_);
-    }
-    tabs->addTab(page, QString::fromLatin1(tab.caption));
+  } else {
+    AddBoxes(frame, new QFormLayout(frame), frameLayout.boxes, kind);
   }
-  boxes_[Index(Kind::AddressBook)] = boxes;
-  boxes_[Index(Kind::AddressBookAll)] = boxes;
-  frames_[Index(Kind::AddressBook)] = frames_[Index(Kind::AddressBookAll)] = frame;
 }
 
-void DetailPanels::BuildServiceBook() {
-  QGroupBox* frame = AddFrame(QStringLiteral("Servicebook"), QStringLiteral("Service Book"));
+void DetailPanels::AddBoxes(QWidget* parent, QFormLayout* form, std::span<const FrameBox> boxes,
+                            const KindSpec& kind) {
+  std::vector<QWidget*>& byMember = boxes_[Index(kind.kind)];
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    const FrameBox& b = boxes[i];
+    const std::size_t member = MemberOf(*kind.form, b.member);
+    const std::string_view name = b.objectName.empty() ? b.member : b.objectName;
+    QWidget* box = MakeBox(Latin1(name), b.multiLine, parent);
+    byMember.at(member) = box;
+    const QString label = Latin1(b.label.value_or(kind.form->members[member].caption));
+    if (i + 1 < boxes.size() && boxes[i + 1].sharesRow) {
+      auto* row = new QHBoxLayout;
+      row->addWidget(box);
+      while (i + 1 < boxes.size() && boxes[i + 1].sharesRow) {
+        const FrameBox& next = boxes[++i];
+        QWidget* beside = MakeBox(Latin1(next.objectName.empty() ? next.member : next.objectName), next.multiLine,
+                                  parent);
+        byMember.at(MemberOf(*kind.form, next.member)) = beside;
+        row->addWidget(beside);
+      }
+      form->addRow(label, row);
+    } else {
+      form->addRow(label, box);
+    }
+  }
+}
+
+void DetailPanels::BuildServiceBook(QGroupBox* frame) {
   auto* outer = new QVBoxLayout(frame);
   outer->addWidget(BuildServiceBookTabs(frame, hrtnet_));
   for (std::size_t i = 0; i < hrtnet_.size(); ++i) {
@@ -245,7 +156,6 @@ void DetailPanels::BuildServiceBook() {
       emit serviceBookBoxEdited(static_cast<int>(i), text);
     });
   }
-  frames_[Index(Kind::ServiceBook)] = frame;
 }
 
 void DetailPanels::HideAll() {
@@ -274,16 +184,20 @@ void DetailPanels::ShowPhoto(const QString& path) {
 void DetailPanels::Show(Kind kind, const MemberList& members,
                         const std::array<std::string, kServiceBookBoxes>& hrtnet) {
   HideAll();
-  if (kind == Kind::ServiceBook) {
+  const FrameLayout& layout = *SpecOf(kind).form->frame;
+  if (layout.serviceBook) {
     for (std::size_t i = 0; i < kServiceBookBoxes; ++i) {
       hrtnet_[i]->setText(FromRecordText(hrtnet[i]));
       hrtnet_[i]->setCursorPosition(0);
     }
   } else {
     const std::vector<QWidget*>& boxes = boxes_[Index(kind)];
-    for (std::size_t i = 0; i < boxes.size(); ++i) SetBoxText(boxes[i], i < members.size() ? members[i].value : "");
-    if (kind == Kind::AddressBook || kind == Kind::AddressBookAll)
-      ShowPhoto(members.size() == boxes.size() ? FromPath(members.back().value) : QString());
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+      if (boxes[i]) SetBoxText(boxes[i], i < members.size() ? members[i].value : "");
+    if (!layout.photoMember.empty()) {
+      const std::size_t photo = MemberOf(*SpecOf(kind).form, layout.photoMember);
+      ShowPhoto(photo < members.size() ? FromPath(members[photo].value) : QString());
+    }
   }
   frames_[Index(kind)]->show();
 }

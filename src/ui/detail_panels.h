@@ -8,14 +8,16 @@
 #include <QWidget>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "core/kinds.h"
-#include "records/decoded_records.h"
+#include "records/record_kinds.h"
 #include "records/service_book_panel.h"
 #include "ui/service_book_tabs.h"
 
+class QFormLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -41,19 +43,14 @@ class DetailPanels final : public QWidget {
   void serviceBookBoxEdited(int box, const QString& text);
 
  private:
-  QGroupBox* AddFrame(const QString& name, const QString& caption);
-  void BuildSms();
-  void BuildContacts();
-  void BuildFieldsFrame(Kind kind, const QString& name, const QString& caption,
-                        const std::vector<std::pair<int, QString>>& boxes, const std::vector<int>& multiLine);
-  void BuildAutoText();
-  void BuildBookmarks();
-  void BuildCalendar();
-  void BuildServiceBook();
+  // The frame of a kind's layout; kinds sharing a layout share the frame.
+  void BuildFrame(const KindSpec& kind);
+  void AddBoxes(QWidget* parent, QFormLayout* form, std::span<const FrameBox> boxes, const KindSpec& kind);
+  void BuildServiceBook(QGroupBox* frame);
   void ShowPhoto(const QString& path);
 
   std::array<QGroupBox*, kKindCount> frames_{};
-  // Per kind, the boxes in the decoder's member order.
+  // Per kind, the box of each member, in member order.
   std::array<std::vector<QWidget*>, kKindCount> boxes_{};
   ServiceBookBoxWidgets hrtnet_{};
   QLabel* photo_ = nullptr;

@@ -1,13 +1,13 @@
 #pragma once
 
-// How decoders turn field data into 8-bit text. Each kind picks its routes; the
-// differences between kinds (which route is cleaned, which may be UTF-16) are
-// the system's behaviour and are kept.
+// How field data becomes 8-bit text: the plain, cleaned and UTF-16 routes, and
+// a member read by its route.
 
 #include <string>
 
 #include "core/bytes.h"
 #include "records/field_walk.h"
+#include "records/record_kinds.h"
 
 namespace orchidlamp {
 
@@ -18,9 +18,10 @@ std::string CleanText(ByteView data, bool keepLineBreaks);
 // The data after its first byte as UTF-16 big-endian (UnicodeHexToText), cleaned.
 std::string Utf16AfterLeadText(ByteView data, bool keepLineBreaks);
 
-// A paired code: the UTF-16 form (plain + 128) when present with data, else the
-// plain form. `cleanPlain` says whether the plain route is cleaned too.
-std::string PairedText(const FieldList& fields, int utf16Code, int plainCode, bool keepLineBreaks,
-                       bool cleanPlain = true);
+// A member read by its route; empty for a Computed member.
+std::string RouteText(const FieldList& fields, const MemberSpec& member, bool keepLineBreaks);
+inline std::string RouteText(const FieldList& fields, const MemberSpec& member) {
+  return RouteText(fields, member, member.keepLineBreaks);
+}
 
 }  // namespace orchidlamp

@@ -1,0 +1,58 @@
+#include "records/decoders.h"
+#include "records/field_text.h"
+#include "records/record_date.h"
+
+namespace orchidlamp {
+namespace {
+
+// In the nested shape the appointment's list follows 4 bytes inside field 10.
+constexpr std::size_t kNestedSkip = 4;
+
+// The calendar's plain route is not cleaned, unlike its UTF-16 route; kept so.
+// Its codes do not all pair as plain + 128: location is 132 / 3 and the notes
+// 131 / 4. Duration is never filled.
+constexpr std::array<MemberSpec, 6> kMembers = {{
+    {"Subject", "Subject", false, FieldRoute::PairedRaw, 2, 130},
+    {"Location", "Location", false, FieldRoute::PairedRaw, 3, 132},
+    {"Start", "Start"},
+    {"End", "End"},
+    {"Duration", "Duration"},
+    {"AppointmentNotes", "Notes", true, FieldRoute::PairedRaw, 4, 131},
+}};
+
+std::string MinutesText(const FieldList& fields, int code, double timeZoneHours) {
+  const std::int32_t minutes = LittleEndianNumber(ClippedSub(fields.Find(code), 0, 4));
+  return RecordDateText(minutes, kMinutesPerDay, timeZoneHours);
+}
+
+void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberList& m) {
+  m[MemberIndex(kMembers, "Start")].value = MinutesText(fields, 6, context.timeZoneHours);
+  m[MemberIndex(kMembers, "End")].value = MinutesText(fields, 7, context.timeZoneHours);
+}
+
+RecordLabel Label(ByteView, const FieldList& fields) { return {RouteText(fields, kMembers[0], false)}; }
+
+constexpr auto kIdentity = MemberIndices(kMembers, {"Subject"});
+
+// Start and end share the "Start" row: the appointment's span reads left to right.
+constexpr std::array<FrameBox, 6> kBoxes = {{
+    {"Subject", "ct34"},
+    {"Location", "ct35"},
+    {"Start", "ct36"},
+    {"End", "ct37", {}, false, true},
+    {"Duration", "ct38"},
+    {"AppointmentNotes", "ct39", {}, true},
+}};
+constexpr FrameLayout kFrame{"Calendar", "Calendar", kBoxes};
+
+}  // namespace
+
+FieldList NestedAppointmentFields(ByteView body) { return NestedFields(body, kNestedSkip); }
+
+const RecordForm kAppointmentForm = {
+    kMembers, Finish, Label,
+    {"Export Selected Calendar", "Export All Calendar", "Calendar", "Calendar", "Calendar",
+     "                          Calendar", {}, kIdentity},
+    &kFrame};
+
+}  // namespace orchidlamp

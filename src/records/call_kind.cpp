@@ -1,0 +1,92 @@
+#include "records/decoders.h"
+#include "records/field_text.h"
+#include "records/record_date.h"
+
+namespace orchidlamp {
+namespace {
+
+constexpr int kDirection = 2, kDuration = 3, kDate = 4, kStatus = 6, kNumber = 12, kName = 31, kWideName = 159;
+constexpr std::size_t kDateWidth = 8;
+
+constexpr std::array<MemberSpec, 6> kMembers = {{
+    {"CallName", "Name"},
+    {"CallNumber", "Number", false, FieldRoute::Clean, kNumber},
+    {"CallDate", "Date"},
+    {"CallDuration", "Duration"},
+    {"CallDirection", "Direction"},
+    {"CallStatus", "Status"},
+}};
+
+constexpr std::array<std::string_view, 3> kDirectionWords = {"Received Call", "Placed Call", "Missed Call"};
+
+std::string DurationText(std::int32_t seconds) {
+  // Both parts truncate toward zero, so a negative count gives "-1:-5".
+  return std::to_string(seconds / 60) + ":" + std::to_string(seconds % 60);
+}
+
+std::string StatusText(std::int32_t status) {
+  if (status == 0) return {};
+  return status == 1 ? "Busy" : "Error: Call Failed";
+}
+
+void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberList& m) {
+  const std::int32_t direction = LittleEndianNumber(fields.Find(kDirection));
+  if (direction >= 0 && direction < 3)
+    m[MemberIndex(kMembers, "CallDirection")].value = std::string(kDirectionWords[static_cast<std::size_t>(direction)]);
+  m[MemberIndex(kMembers, "CallDate")].value =
+      RecordDateText(LittleEndianStamp(fields.Find(kDate), kDateWidth), kMillisecondsPerDay, context.timeZoneHours);
+  // The two 8-bit routes of the name are not cleaned, unlike the number; kept so.
+  std::string& name = m[MemberIndex(kMembers, "CallName")].value;
+  const ByteView wide = fields.Find(kWideName);
+  if (!wide.empty())
+    name = Utf16AfterLeadText(wide, false);
+  else if (const ByteView plain = fields.Find(kName); !plain.empty())
+    name = PlainText(plain);
+  else
+    name = PlainText(fields.Find(kNumber));
+  m[MemberIndex(kMembers, "CallDuration")].value = DurationText(LittleEndianNumber(fields.Find(kDuration)));
+  m[MemberIndex(kMembers, "CallStatus")].value = StatusText(LittleEndianNumber(fields.Find(kStatus)));
+}
+
+// The node image follows the direction: received, placed, anything else missed.
+ImageKey DirectionImage(const FieldList& fields) {
+  const std::int32_t direction = LittleEndianNumber(fields.Find(kDirection));
+  return direction == 0 ? ImageKey::received : direction == 1 ? ImageKey::placed : ImageKey::missed;
+}
+
+std::string LabelText(const FieldList& fields) {
+  if (fields.Has(kWideName)) {
+    std::string name = Utf16AfterLeadText(fields.Find(kWideName), false);
+    if (!name.empty()) return name;
+  }
+  for (int code : {kName, kNumber}) {
+    std::string text = CleanText(fields.Find(code), false);
+    if (!text.empty()) return text;
+  }
+  return "Unknown Number";
+}
+
+RecordLabel Label(ByteView, const FieldList& fields) { return {LabelText(fields), DirectionImage(fields)}; }
+
+// A call is written when it has a name or a number.
+constexpr auto kIdentity = MemberIndices(kMembers, {"CallName", "CallNumber"});
+
+constexpr std::array<FrameBox, 6> kBoxes = {{
+    {"CallName", "ct46"},
+    {"CallNumber", "ct47"},
+    {"CallDate", "ct48"},
+    {"CallDuration", "ct49"},
+    {"CallDirection", "ct50"},
+    {"CallStatus", "ct51"},
+}};
+constexpr FrameLayout kFrame{"pcallslog", "Phone Calls Log", kBoxes};
+
+}  // namespace
+
+const RecordForm kCallForm = {
+    kMembers, Finish, Label,
+    {"Export Selected Phone Call", "Export All Phone Calls", "Phone Calls", "Phone Calls", "Phone Calls",
+     "                          Phone Call Logs", {}, kIdentity},
+    &kFrame};
+
+}  // namespace orchidlamp

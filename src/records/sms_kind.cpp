@@ -1,0 +1,76 @@
+#include "core/hex_text.h"
+#include "records/decoders.h"
+#include "records/field_text.h"
+#include "records/record_date.h"
+
+namespace orchidlamp {
+namespace {
+
+constexpr std::size_t kDirectionByte = 9;
+constexpr std::size_t kFirstStamp = 22;
+constexpr std::size_t kSecondStamp = 30;
+constexpr std::size_t kStampWidth = 6;
+// The fixed header fills the first field; the searchable fields start here.
+constexpr std::size_t kFieldListStart = 73;
+
+constexpr std::array<MemberSpec, 6> kMembers = {{
+    {"Status", "Status"},
+    {"Folder", ""},
+    {"SentDate", "Sent Date"},
+    {"ReceivedDate", "Received Date"},
+    {"Number", "Number", true, FieldRoute::Clean, 2},
+    {"Message", "Message", true},
+}};
+
+// A body too short for the direction byte reads as 0, which is "sent".
+bool IsSent(ByteView body) { return body.size() <= kDirectionByte || body[kDirectionByte] == 0; }
+
+std::string StampText(ByteView body, std::size_t at, double timeZoneHours) {
+  const ByteView stamp = ClippedSub(body, at, kStampWidth);
+  return RecordDateText(LittleEndianStamp(stamp, kStampWidth), kMillisecondsPerDay, timeZoneHours);
+}
+
+void Finish(ByteView body, const FieldList& fields, const DecodeContext& context, MemberList& m) {
+  const bool sent = IsSent(body);
+  m[MemberIndex(kMembers, "Status")].value = sent ? "Sent" : "Received";
+  m[MemberIndex(kMembers, "Folder")].value = sent ? "Outbox" : "Inbox";
+  m[MemberIndex(kMembers, "SentDate")].value = StampText(body, kFirstStamp, context.timeZoneHours);
+  m[MemberIndex(kMembers, "ReceivedDate")].value = StampText(body, kSecondStamp, context.timeZoneHours);
+  constexpr std::size_t kMessage = MemberIndex(kMembers, "Message");
+  const ByteView message = fields.Find(4);
+  // Only a first byte of 06 (the Arabic block) marks UTF-16; Latin UTF-16 goes
+  // the 8-bit way and loses its zero bytes, which still reads right.
+  if (!message.empty() && message[0] == 0x06)
+    m[kMessage].value = UnicodeBytesToText(message);
+  else
+    m[kMessage].value = CleanText(message, kMembers[kMessage].keepLineBreaks);
+}
+
+RecordLabel Label(ByteView body, const FieldList& fields) {
+  return {RouteText(fields, kMembers[MemberIndex(kMembers, "Number")], false),
+          IsSent(body) ? ImageKey::sent : ImageKey::receivedsms};
+}
+
+constexpr auto kIdentity = MemberIndices(kMembers, {"Number"});
+
+constexpr std::array<FrameBox, 6> kBoxes = {{
+    {"Status", "dir_text", "Direction"},
+    {"Folder", "folder_name", "Folder"},
+    {"SentDate", "sent_date", "Sent on"},
+    {"ReceivedDate", "recv_date", "Recv. On"},
+    {"Number", "tel_number", "Number"},
+    {"Message", "msg_text", "Message", true},
+}};
+constexpr FrameLayout kFrame{"SMSmessages", "SMS Messages", kBoxes};
+
+}  // namespace
+
+FieldList SmsFields(ByteView body) { return FieldList(ClippedSub(body, kFieldListStart, body.size())); }
+
+const RecordForm kSmsForm = {
+    kMembers, Finish, Label,
+    {"Export Selected SMS Message", "Export All SMS Messages", "SMS Message", "SMS Message", "SMS Message",
+     "                           SMS Messages", {}, kIdentity},
+    &kFrame};
+
+}  // namespace orchidlamp
