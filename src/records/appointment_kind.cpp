@@ -47,12 +47,14 @@ constexpr FrameLayout kFrame{"Calendar", "Calendar", kBoxes};
 
 }  // namespace
 
-FieldList NestedAppointmentFields(ByteView body) { return NestedFields(body, kNestedSkip); }
-
 const RecordForm kAppointmentForm = {
-    kMembers, Finish, Label,
+    kMembers,
     {"Export Selected Calendar", "Export All Calendar", "Calendar", "Calendar", "Calendar",
      "                          Calendar", {}, kIdentity},
     &kFrame};
+
+const RecordDecoder kAppointmentDecoder = {RecordFields, Finish, Label};
+const RecordDecoder kNestedAppointmentDecoder = {[](ByteView body) { return NestedFields(body, kNestedSkip); },
+                                                 Finish, Label};
 
 }  // namespace orchidlamp

@@ -20,9 +20,11 @@ constexpr FrameLayout kFrame{"AutoTextm", "AutoText", kBoxes};
 }  // namespace
 
 const RecordForm kAutoTextForm = {
-    kMembers, nullptr, Label,
+    kMembers,
     {"Export Selected AutoText Word", "Export All AutoText Words", "AutoText", "AutoText", "AutoText Words",
      "                           AutoText", {}, kIdentity},
     &kFrame};
+
+const RecordDecoder kAutoTextDecoder = {RecordFields, nullptr, Label};
 
 }  // namespace orchidlamp

@@ -44,12 +44,13 @@ constexpr FrameLayout kFrame{"BBookmarks", "", kBoxes};
 
 }  // namespace
 
-FieldList WholeBody(ByteView body) { return FieldList(body); }
-
 const RecordForm kBookmarkForm = {
-    kMembers, Finish, Label,
+    kMembers,
     {"Export Selected Browser Bookmark", "Export All Browser Bookmarks", "", "", "",
      "                         Browser Bookmarks", {}, kIdentity},
     &kFrame};
+
+// Bookmarks are not walked as fields: their "list" is the whole body, searched as hex.
+const RecordDecoder kBookmarkDecoder = {[](ByteView body) { return FieldList(body); }, Finish, Label};
 
 }  // namespace orchidlamp

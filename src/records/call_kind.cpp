@@ -84,9 +84,11 @@ constexpr FrameLayout kFrame{"pcallslog", "Phone Calls Log", kBoxes};
 }  // namespace
 
 const RecordForm kCallForm = {
-    kMembers, Finish, Label,
+    kMembers,
     {"Export Selected Phone Call", "Export All Phone Calls", "Phone Calls", "Phone Calls", "Phone Calls",
      "                          Phone Call Logs", {}, kIdentity},
     &kFrame};
+
+const RecordDecoder kCallDecoder = {RecordFields, Finish, Label};
 
 }  // namespace orchidlamp

@@ -107,12 +107,13 @@ constexpr FrameLayout kFrame{"Contacts", "Contacts", {}, kTabs, "ctab", "PhotoFi
 
 }  // namespace
 
-FieldList NestedContactFields(ByteView body) { return NestedFields(body, 0); }
-
 const RecordForm kContactForm = {
-    kMembers, Finish, Label,
+    kMembers,
     {"Export Selected Address", "Export All Addresses", "Address Book", "Address Book", "Address Book",
      "                           Address Book", kExportOrder, kIdentity},
     &kFrame};
+
+const RecordDecoder kContactDecoder = {RecordFields, Finish, Label};
+const RecordDecoder kNestedContactDecoder = {[](ByteView body) { return NestedFields(body, 0); }, Finish, Label};
 
 }  // namespace orchidlamp

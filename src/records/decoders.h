@@ -10,23 +10,23 @@
 
 namespace orchidlamp {
 
-extern const RecordForm kSmsForm;
-extern const RecordForm kContactForm;
-extern const RecordForm kAppointmentForm;
-extern const RecordForm kTaskForm;
-extern const RecordForm kMemoForm;
-extern const RecordForm kCallForm;
-extern const RecordForm kAutoTextForm;
-extern const RecordForm kBookmarkForm;
-extern const RecordForm kServiceBookForm;
+struct RecordDecoder {
+  // The field list the routed members are read from (plain, nested in field 10, ...).
+  FieldList (*fields)(ByteView body);
+  // Fills the Computed members; the routed ones are already set. Null when the
+  // routes fill everything.
+  void (*finish)(ByteView body, const FieldList& fields, const DecodeContext& context, MemberList& members);
+  // The node text; the image stays None where the kind's image applies.
+  RecordLabel (*label)(ByteView body, const FieldList& fields);
+};
 
-// The SMS fields follow a fixed 73-byte header.
-FieldList SmsFields(ByteView body);
-// "Address Book - All": the contact's fields sit inside field 10.
-FieldList NestedContactFields(ByteView body);
-// "Calendar - All": the appointment's fields sit inside field 10, after 4 bytes.
-FieldList NestedAppointmentFields(ByteView body);
-// Bookmarks are not walked as fields: their "list" is the whole body, searched as hex.
-FieldList WholeBody(ByteView body);
+extern const RecordForm kSmsForm, kContactForm, kAppointmentForm, kTaskForm, kMemoForm, kCallForm, kAutoTextForm,
+    kBookmarkForm, kServiceBookForm;
+
+extern const RecordDecoder kSmsDecoder, kTaskDecoder, kMemoDecoder, kCallDecoder, kAutoTextDecoder,
+    kBookmarkDecoder, kServiceBookDecoder;
+// "Address Book - All" and "Calendar - All" read the same members from inside
+// field 10 (the calendar's after 4 bytes).
+extern const RecordDecoder kContactDecoder, kNestedContactDecoder, kAppointmentDecoder, kNestedAppointmentDecoder;
 
 }  // namespace orchidlamp

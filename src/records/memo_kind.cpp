@@ -19,9 +19,11 @@ constexpr FrameLayout kFrame{"Memo", "Memos", kBoxes};
 }  // namespace
 
 const RecordForm kMemoForm = {
-    kMembers, nullptr, Label,
+    kMembers,
     {"Export Selected Memo", "Export All Memos", "Memo", "Memos", "Memos", "                          Memos", {},
      kIdentity},
     &kFrame};
+
+const RecordDecoder kMemoDecoder = {RecordFields, nullptr, Label};
 
 }  // namespace orchidlamp

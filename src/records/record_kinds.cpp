@@ -8,17 +8,17 @@ namespace {
 
 // Indexed by Kind.
 constexpr std::array<KindSpec, kKindCount> kKinds = {{
-    {Kind::BrowserBookmarks, ImageKey::None, WholeBody, &kBookmarkForm},
-    {Kind::AutoText, ImageKey::None, RecordFields, &kAutoTextForm},
-    {Kind::SmsMessages, ImageKey::receivedsms, SmsFields, &kSmsForm},
-    {Kind::AddressBookAll, ImageKey::addressbook, NestedContactFields, &kContactForm},
-    {Kind::AddressBook, ImageKey::mobile, RecordFields, &kContactForm},
-    {Kind::Memos, ImageKey::memos, RecordFields, &kMemoForm},
-    {Kind::Tasks, ImageKey::tasks, RecordFields, &kTaskForm},
-    {Kind::CalendarAll, ImageKey::calendars, NestedAppointmentFields, &kAppointmentForm},
-    {Kind::Calendar, ImageKey::calendars, RecordFields, &kAppointmentForm},
-    {Kind::ServiceBook, ImageKey::servicebook, RecordFields, &kServiceBookForm},
-    {Kind::PhoneCallLogs, ImageKey::received, RecordFields, &kCallForm},
+    {Kind::BrowserBookmarks, ImageKey::None, &kBookmarkForm, &kBookmarkDecoder},
+    {Kind::AutoText, ImageKey::None, &kAutoTextForm, &kAutoTextDecoder},
+    {Kind::SmsMessages, ImageKey::receivedsms, &kSmsForm, &kSmsDecoder},
+    {Kind::AddressBookAll, ImageKey::addressbook, &kContactForm, &kNestedContactDecoder},
+    {Kind::AddressBook, ImageKey::mobile, &kContactForm, &kContactDecoder},
+    {Kind::Memos, ImageKey::memos, &kMemoForm, &kMemoDecoder},
+    {Kind::Tasks, ImageKey::tasks, &kTaskForm, &kTaskDecoder},
+    {Kind::CalendarAll, ImageKey::calendars, &kAppointmentForm, &kNestedAppointmentDecoder},
+    {Kind::Calendar, ImageKey::calendars, &kAppointmentForm, &kAppointmentDecoder},
+    {Kind::ServiceBook, ImageKey::servicebook, &kServiceBookForm, &kServiceBookDecoder},
+    {Kind::PhoneCallLogs, ImageKey::received, &kCallForm, &kCallDecoder},
 }};
 
 }  // namespace
@@ -26,16 +26,16 @@ constexpr std::array<KindSpec, kKindCount> kKinds = {{
 const KindSpec& SpecOf(Kind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
 
 MemberList DecodeRecord(const KindSpec& kind, ByteView body, const DecodeContext& context) {
-  const FieldList fields = kind.fields(body);
+  const FieldList fields = kind.decoder->fields(body);
   MemberList members;
   members.reserve(kind.form->members.size());
   for (const MemberSpec& spec : kind.form->members) members.push_back({spec.name, RouteText(fields, spec)});
-  if (kind.form->finish) kind.form->finish(body, fields, context, members);
+  if (kind.decoder->finish) kind.decoder->finish(body, fields, context, members);
   return members;
 }
 
 RecordLabel LabelRecord(const KindSpec& kind, ByteView body) {
-  RecordLabel label = kind.form->label(body, kind.fields(body));
+  RecordLabel label = kind.decoder->label(body, kind.decoder->fields(body));
   if (label.image == ImageKey::None) label.image = kind.image;
   return label;
 }

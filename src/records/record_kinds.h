@@ -19,7 +19,6 @@
 #include "core/bytes.h"
 #include "core/kinds.h"
 #include "core/record_labeller.h"
-#include "records/field_walk.h"
 
 namespace orchidlamp {
 
@@ -119,21 +118,18 @@ struct FrameLayout {
 // What kinds of one record shape share (both contact kinds, both calendars).
 struct RecordForm {
   std::span<const MemberSpec> members;
-  // Fills the Computed members; the routed ones are already set. Null when the
-  // routes fill everything.
-  void (*finish)(ByteView body, const FieldList& fields, const DecodeContext& context, MemberList& members);
-  // The node text; the image stays None where the kind's image applies.
-  RecordLabel (*label)(ByteView body, const FieldList& fields);
   ExportSpec exported;
   const FrameLayout* frame;
 };
 
+// How a kind reads its records: records/decoders.h.
+struct RecordDecoder;
+
 struct KindSpec {
   Kind kind;
   ImageKey image;  // the record node image where the label does not choose one
-  // The field list the members are read from (plain, nested in field 10, ...).
-  FieldList (*fields)(ByteView body);
   const RecordForm* form;
+  const RecordDecoder* decoder;
 
   bool HasMembers() const { return !form->members.empty(); }
 };

@@ -102,6 +102,8 @@ constexpr FrameLayout kFrame{"Servicebook", "Service Book", {}, {}, {}, {}, true
 }  // namespace
 
 // No members: a click fills the panel's boxes instead, and nothing is exported.
-const RecordForm kServiceBookForm = {{}, nullptr, Label, {}, &kFrame};
+const RecordForm kServiceBookForm = {{}, {}, &kFrame};
+
+const RecordDecoder kServiceBookDecoder = {RecordFields, nullptr, Label};
 
 }  // namespace orchidlamp

@@ -22,6 +22,8 @@ constexpr std::array<MemberSpec, 6> kMembers = {{
     {"Message", "Message", true},
 }};
 
+FieldList SmsFields(ByteView body) { return FieldList(ClippedSub(body, kFieldListStart, body.size())); }
+
 // A body too short for the direction byte reads as 0, which is "sent".
 bool IsSent(ByteView body) { return body.size() <= kDirectionByte || body[kDirectionByte] == 0; }
 
@@ -65,12 +67,12 @@ constexpr FrameLayout kFrame{"SMSmessages", "SMS Messages", kBoxes};
 
 }  // namespace
 
-FieldList SmsFields(ByteView body) { return FieldList(ClippedSub(body, kFieldListStart, body.size())); }
-
 const RecordForm kSmsForm = {
-    kMembers, Finish, Label,
+    kMembers,
     {"Export Selected SMS Message", "Export All SMS Messages", "SMS Message", "SMS Message", "SMS Message",
      "                           SMS Messages", {}, kIdentity},
     &kFrame};
+
+const RecordDecoder kSmsDecoder = {SmsFields, Finish, Label};
 
 }  // namespace orchidlamp

@@ -44,9 +44,11 @@ constexpr FrameLayout kFrame{"Task", "Tasks", kBoxes};
 }  // namespace
 
 const RecordForm kTaskForm = {
-    kMembers, Finish, Label,
+    kMembers,
     {"Export Selected Task", "Export All Tasks", "Task", "Tasks", "Tasks", "                          Tasks", {},
      kIdentity},
     &kFrame};
+
+const RecordDecoder kTaskDecoder = {RecordFields, Finish, Label};
 
 }  // namespace orchidlamp

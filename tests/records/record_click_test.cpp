@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "records/record_kinds.h"
 #include "support/ipd_builder.h"
 #include "support/temp_folder.h"
 
@@ -10,6 +9,8 @@ namespace orchidlamp {
 namespace {
 
 using namespace orchidlamp::testing;
+
+std::string Shown(const Member& m) { return std::string(m.name) + "=" + m.value; }
 
 class ClickTest : public ::testing::Test {
  protected:
@@ -21,11 +22,15 @@ class ClickTest : public ::testing::Test {
     b.Add(FieldRecord(2, {{1, Text("Shopping")}, {2, Text("milk")}}));
     b.Add(FieldRecord(2, {{1, Text("Other")}}));
     b.Add(FieldRecord(3, {{32, Text("Ann")}, {77, Hex("FFD8FFE00010")}}));
-    spans = {b.SpanOf(0), b.SpanOf(1), b.SpanOf(2), b.SpanOf(3)};
+    b.Add(FieldRecord(3, {{32, Text("Bo")}, {77, Hex("FFD8E0")}}));  // no JPEG
+    for (std::size_t i = 0; i < 5; ++i) spans.push_back(b.SpanOf(i));
     ws.folders().program = folder.path();
     ASSERT_TRUE(ws.Load(folder.Write("c.ipd", b.Build()), StoredSettings{}));
   }
-  NodeId Node(const std::string& tagOrKey) const { return ws.tree().FindByKeyOrTag(tagOrKey); }
+  ClickResult Click(const std::string& tagOrKey) { return ClickNode(ws, ws.tree().FindByKeyOrTag(tagOrKey)); }
+  std::string PicturePath(std::size_t record) const {
+    return folder.path() + "/PIC" + spans[record].substr(0, spans[record].find(':')) + ".jpg";
+  }
 
   KindLabeller labeller;
   Workspace ws{labeller};
@@ -33,44 +38,34 @@ class ClickTest : public ::testing::Test {
   std::vector<std::string> spans;
 };
 
-TEST_F(ClickTest, RecordShowsItsKindsPanelWithMembers) {
-  const ClickResult r = ClickNode(ws, Node(spans[1]));
+TEST_F(ClickTest, RecordShowsItsKindsPanelWithNamedMembers) {
+  const ClickResult r = Click(spans[1]);
   ASSERT_EQ(r.panel, Kind::Memos);
   ASSERT_EQ(r.members.size(), 2u);
-  EXPECT_EQ(r.members[0].name, "MemoTitle");
-  EXPECT_EQ(r.members[0].value, "Shopping");
-  EXPECT_EQ(r.members[1].value, "milk");
+  EXPECT_EQ(Shown(r.members[0]) + " " + Shown(r.members[1]), "MemoTitle=Shopping MemoText=milk");
 }
 
-TEST_F(ClickTest, ServiceBookFillsTheBoxesAndEnablesTheEditor) {
+TEST_F(ClickTest, ServiceBookFillsTheBoxesAndEnablesTheEditorUntilAnotherClick) {
   ws.hrtnet[0] = "kept";
-  const ClickResult r = ClickNode(ws, Node(spans[0]));
-  EXPECT_EQ(r.panel, Kind::ServiceBook);
-  EXPECT_EQ(ws.hrtnet[17], "WAP");
-  EXPECT_EQ(ws.hrtnet[18], "U1");
-  EXPECT_EQ(ws.hrtnet[0], "kept");
+  EXPECT_EQ(Click(spans[0]).panel, Kind::ServiceBook);
+  EXPECT_EQ(ws.hrtnet[0] + " " + ws.hrtnet[17] + " " + ws.hrtnet[18], "kept WAP U1");
   EXPECT_TRUE(ws.menus().servicebook);
-  ClickNode(ws, Node(spans[1]));
+  Click(spans[1]);
+  EXPECT_FALSE(ws.menus().servicebook);
+  Click(spans[0]);
+  // Two or more children show nothing; one child goes on, but its parent (the
+  // root) names no database.
+  for (const char* node : {"2DBTop", "Top", "1DBTop", "4DBTop"}) EXPECT_FALSE(Click(node).panel) << node;
   EXPECT_FALSE(ws.menus().servicebook);
 }
 
-TEST_F(ClickTest, NodesWithTwoOrMoreChildrenShowNothing) {
-  ClickNode(ws, Node(spans[0]));
-  EXPECT_FALSE(ClickNode(ws, Node("2DBTop")).panel);  // two memos
-  EXPECT_FALSE(ws.menus().servicebook);
-  EXPECT_FALSE(ClickNode(ws, Node("Top")).panel);
-  // One record: goes on, but its parent (the root) names no database.
-  EXPECT_FALSE(ClickNode(ws, Node("1DBTop")).panel);
-  EXPECT_FALSE(ClickNode(ws, Node("4DBTop")).panel);
-}
-
-TEST_F(ClickTest, ContactPhotoIsWrittenToTheProgramFolder) {
-  const ClickResult r = ClickNode(ws, Node(spans[3]));
+TEST_F(ClickTest, OnlyAJpegContactPhotoIsWrittenToTheProgramFolderUnderItsOffset) {
+  const ClickResult r = Click(spans[3]);
   ASSERT_EQ(r.panel, Kind::AddressBook);
-  const std::string expected = folder.path() + "/PIC" + spans[3].substr(0, spans[3].find(':')) + ".jpg";
-  EXPECT_EQ(r.members.back().name, "PhotoFile");
-  EXPECT_EQ(r.members.back().value, expected);
-  EXPECT_EQ(ReadFile(expected), Hex("FFD8FFE00010"));
+  EXPECT_EQ(Shown(r.members.back()), "PhotoFile=" + PicturePath(3));
+  EXPECT_EQ(ReadFile(PicturePath(3)), Hex("FFD8FFE00010"));
+  EXPECT_EQ(Click(spans[4]).members.back().value, "");
+  EXPECT_FALSE(FileExists(PicturePath(4)));
 }
 
 }  // namespace
