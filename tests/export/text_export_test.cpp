@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <initializer_list>
+#include <map>
 
+#include "core/time_stamp.h"
 #include "export/export_panel.h"
 #include "export/record_formatters.h"
+#include "generators/tiny_images.h"
 #include "records/record_kinds.h"
 #include "support/ipd_builder.h"
 #include "support/temp_folder.h"
@@ -18,69 +20,66 @@ using namespace orchidlamp::testing;
 
 constexpr std::time_t kNow = 1700000000;
 const std::string kBanner(71, '*');
-const std::string kSeparator(44, '-');
 
-std::string Title(std::size_t blanks, const std::string& text) { return std::string(blanks, ' ') + text; }
-
-// Every print is a line ending in CR LF.
-std::string Lines(std::initializer_list<std::string> lines) {
-  std::string out;
-  for (const std::string& line : lines) out += line + "\r\n";
-  return out;
+std::string Golden(const std::string& name) {
+  const Bytes bytes = ReadFile(std::string(ORCHIDLAMP_EXPORT_DATA) + "/" + name);
+  return std::string(bytes.begin(), bytes.end());
+}
+std::string Titled(const std::string& title) {
+  return kBanner + "\r\n" + std::string(27, ' ') + title + "\r\n" + kBanner + "\r\n";
+}
+Bytes Nested(const Bytes& skipped, const std::vector<testing::Field>& inner) {
+  return FieldList({{10, Concat({skipped, FieldList(inner)})}});
 }
 
-std::string Block(std::initializer_list<std::pair<std::string, std::string>> members) {
-  std::string out = "\r\n" + kSeparator + "\r\n";
-  bool first = true;
-  for (const auto& [label, value] : members) {
-    if (!first) out += "\r\n";
-    first = false;
-    out += "\t" + label + value;
-  }
-  return out;
-}
-
-const std::string kBookmarkBlock = Block({{"Name: ", "Hello"}, {"Url: ", "a.b"}});
-const std::string kMemoBlock = Block({{"Title: ", "Shop"}, {"Memo: ", "milk"}});
-const std::string kTaskBlock =
-    Block({{"Task: ", "Pay"}, {"Status: ", "Not Started"}, {"Priority: ", "High"}, {"Notes: ", ""}});
-const std::string kSmsBlock = Block({{"Status: ", "Sent"},
-                                     {"Sent Date: ", "1970-01-01 03:00:00"},
-                                     {"Received Date: ", "1970-01-01 03:00:00"},
-                                     {"Number: ", "+1"},
-                                     {"Message: ", "Hi"}});
-const std::string kAutoTextBlock = Block({{"Replace: ", "teh"}, {"With: ", "the"}});
-
+// One database of every kind, in kind order, with records that are written and
+// records that are skipped; values hold the delimiter, quotes and line breaks.
 class TextExportTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    IpdBuilder b;
-    b.Database("Browser Bookmarks").Database("Memos").Database("Tasks").Database("Service Book");
-    b.Database("SMS Messages").Database("AutoText");
-    b.Add(Record{0, Body(1, 2, Concat({Hex("0401000548656C6C6F"), Hex("001200"), Hex("03"), Text("a.b")}))});
-    b.Add(FieldRecord(1, {{1, Text("Shop")}, {2, Text("milk")}}));
-    b.Add(FieldRecord(1, {{2, Text("untitled")}}));
-    b.Add(FieldRecord(2, {{2, Text("Pay")}}));
-    b.Add(FieldRecord(3, {{3, TextZ("WAP")}}));
-    b.Add(SmsRecord(4, true, 0, 0, {{2, Text("+1")}, {4, Text("Hi")}}));
-    b.Add(FieldRecord(5, {{1, Text("teh")}, {2, Text("the")}}));
-    for (std::size_t i = 0; i < 7; ++i) spans.push_back(b.SpanOf(i));
+    for (int k = 0; k < kKindCount; ++k) b.Database(std::string(InfoOf(static_cast<Kind>(k)).name));
+    Add("bookmark", {0, Body(1, 2, Concat({Hex("0401000548656C6C6F"), Hex("001200"), Hex("03"), Text("a.b")}))});
+    Add("bookmark without url", {0, Body(1, 2, Hex("0401000341424300120000"))});
+    Add("autotext", FieldRecord(1, {{1, Text("teh")}, {2, Text("the")}}));
+    Add("autotext without replace", FieldRecord(1, {{2, Text("with only")}}));
+    Add("sms", SmsRecord(2, false, 0, 86400000, {{2, Text("+441")}, {4, Text("Hi;\r\n\"you\"")}}));
+    Add("sms without number", SmsRecord(2, true, 0, 0, {{4, Text("no number")}}));
+    Add("nested contact", {3, Body(1, 2, Nested({}, {{32, Text("In")}, {77, TinyJpeg()}}))});
+    Add("contact", FieldRecord(4, {{32, Text("Ann")}, {32, Text("Lee")}, {18, Text("other")}, {10, Text("2A3B")},
+                                   {99, Text("x99")}, {64, Text("n\r\n2")}, {1, Text("a@b")}, {82, Text("1 May")},
+                                   {61, Text("home")}, {35, Text("work")}}));
+    Add("contact with a wide first name", FieldRecord(4, {{160, Concat({Hex("00"), Utf16(u"Bo")})}}));
+    Add("nested contact read flat", {4, Body(1, 2, Nested({}, {{32, Text("In")}}))});
+    Add("memo", FieldRecord(5, {{1, Text("Shop")}, {2, Text("milk\r\neggs")}}));
+    Add("memo without title", FieldRecord(5, {{2, Text("untitled")}}));
+    Add("task", FieldRecord(6, {{2, Text("Pay")}, {9, Hex("01")}, {10, Hex("02")}, {3, Text("a\"b;c")}}));
+    Add("nested appointment", {7, Body(1, 2, Nested(Hex("01020304"), {{2, Text("Meet")}}))});
+    Add("appointment", FieldRecord(8, {{2, Text("Lunch")}, {3, Text("Cafe")}, {6, Hex("A0050000")},
+                                       {7, Hex("3C000000")}, {4, Text("bring\r\nit")}}));
+    Add("nested appointment read flat", {8, Body(1, 2, Nested(Hex("01020304"), {{2, Text("Meet")}}))});
+    Add("service book", FieldRecord(9, {{3, TextZ("WAP")}}));
+    Add("call", FieldRecord(10, {{2, LE32(1)}, {3, LE32(65)}, {4, LE64(0)}, {6, Hex("01")}, {12, Text("555")},
+                                 {31, Text("Bo")}}));
+    Add("call with a number only", FieldRecord(10, {{12, Text("5")}}));
+    Add("call without name or number", FieldRecord(10, {{3, LE32(5)}}));
     ws.folders().output = out.path();
     ws.folders().program = out.path();
     ASSERT_TRUE(ws.Load(in.Write("b.ipd", b.Build()), StoredSettings{"GMT", ";"}));
   }
-
+  void Add(const std::string& name, const Record& r) {
+    b.Add(r);
+    spans[name] = b.SpanOf(spans.size());
+  }
   void Select(const std::string& tagOrKey) { ws.selected = ws.tree().FindByKeyOrTag(tagOrKey); }
 
   // Selects, prepares the panel as the export menu does, checks the scope and
   // presses the button; returns the file's text.
-  std::string Export(const std::string& tag, ExportScope scope, ExportForm form) {
-    Select(tag);
+  std::string Export(const std::string& record, ExportScope scope, ExportForm form) {
+    Select(spans.at(record));
     EXPECT_TRUE(PrepareExport(ws, panel));
     panel.Check(scope);
     return Press(form);
   }
-
   std::string Press(ExportForm form) {
     auto done = PressExport(ws, panel, form);
     EXPECT_TRUE(done);
@@ -90,34 +89,46 @@ class TextExportTest : public ::testing::Test {
     const Bytes bytes = ReadFile(done.value()->path);
     return std::string(bytes.begin(), bytes.end());
   }
-
   std::string Path(ExportForm form) const {
     return out.path() + "/OL_Export_" + DdHhNnSs(kNow) + (form == ExportForm::Text ? ".txt" : ".csv");
   }
 
+  IpdBuilder b;
+  std::map<std::string, std::string> spans;
   KindLabeller labeller;
   Workspace ws{labeller, [] { return kNow; }};
   TempFolder in, out;
   ExportPanel panel;
-  std::vector<std::string> spans;
 };
 
-TEST_F(TextExportTest, PreparingSetsCaptionsByKindAndShowsThePanel) {
-  Select(spans[1]);
-  ASSERT_TRUE(PrepareExport(ws, panel));
-  EXPECT_TRUE(panel.visible);
-  EXPECT_EQ(panel.captions[0], "Export Selected Memo");
-  EXPECT_EQ(panel.captions[1], "Export All Memos");
-  EXPECT_EQ(panel.captions[2], "Export All");
-  EXPECT_EQ(panel.optionVisible, (std::array<bool, 3>{true, true, true}));
-  Select(spans[6]);
-  ASSERT_TRUE(PrepareExport(ws, panel));
-  EXPECT_EQ(panel.captions[0], "Export Selected AutoText Word");
-  EXPECT_EQ(panel.captions[1], "Export All AutoText Words");
+TEST_F(TextExportTest, WholeTreeOfEveryKindMatchesTheKnownFilesAndDriftsTheDepth) {
+  EXPECT_EQ(Export("memo", kScopeTree, ExportForm::Text), Golden("every_kind.txt"));
+  EXPECT_EQ(ws.exportDepth, -1);
+  ws.exportDepth = 0;
+  EXPECT_EQ(Export("memo", kScopeTree, ExportForm::Csv), Golden("every_kind.csv"));
+  // The nested contact's photo, numbered by its record's first offset.
+  const std::string& span = spans.at("nested contact");
+  EXPECT_EQ(ReadFile(out.path() + "/PIC" + span.substr(0, span.find(':')) + ".jpg"), TinyJpeg());
+}
+
+// Per kind: the panel's captions, then the selected record, all of its kind as
+// text and as CSV (under a comma header whatever the delimiter). Bookmark
+// captions match no scope: their files are empty, the message appears.
+TEST_F(TextExportTest, ScopesOfEachKindMatchTheKnownFile) {
+  std::string all;
+  for (const char* record : {"bookmark", "autotext", "sms", "nested contact", "contact", "memo", "task",
+                             "nested appointment", "appointment", "call"}) {
+    const std::string selected = Export(record, kScopeRecord, ExportForm::Text);
+    EXPECT_TRUE(panel.visible && panel.optionVisible == (std::array<bool, 3>{true, true, true}));
+    all += "== " + panel.captions[0] + " | " + panel.captions[1] + " | " + panel.captions[2] + "\r\n" + selected;
+    all += Export(record, kScopeKind, ExportForm::Text) + Export(record, kScopeKind, ExportForm::Csv);
+  }
+  EXPECT_EQ(all, Golden("every_kind_scopes.txt"));
+  EXPECT_EQ(ws.exportDepth, 0);
 }
 
 TEST_F(TextExportTest, ASelectionThatIsNoExportableRecordIsRefused) {
-  for (const std::string& node : {std::string("1DBTop"), std::string("Top"), spans[4]}) {
+  for (const std::string node : {std::string("1DBTop"), std::string("Top"), spans.at("service book")}) {
     ExportPanel fresh;
     Select(node);
     const Status refused = PrepareExport(ws, fresh);
@@ -126,115 +137,64 @@ TEST_F(TextExportTest, ASelectionThatIsNoExportableRecordIsRefused) {
               (Message{"No SMS, Address Book, Tasks, Calendar, Phone Calls, AutoText record selected for export.\r\n"
                        "Please select any single record then hit the export menu.",
                        "Please select record first:", MessageIcon::Exclamation}));
-    EXPECT_FALSE(fresh.visible);
-    EXPECT_FALSE(fresh.optionVisible[0]);
-    EXPECT_FALSE(fresh.optionVisible[1]);
+    EXPECT_FALSE(fresh.visible || fresh.optionVisible[0] || fresh.optionVisible[1]);
   }
-}
-
-TEST_F(TextExportTest, SelectedRecordHasBannerTitleAndOneLine) {
-  EXPECT_EQ(Export(spans[1], kScopeRecord, ExportForm::Text),
-            Lines({kBanner, Title(27, "Memo"), kBanner, kMemoBlock}));
-  // No header row for a single record, and the row uses the setting's delimiter.
-  EXPECT_EQ(Export(spans[2], kScopeRecord, ExportForm::Csv), Lines({kBanner, Title(27, "Memo"), kBanner, "1"}));
-  EXPECT_EQ(Export(spans[5], kScopeRecord, ExportForm::Csv),
-            Lines({kBanner, Title(27, "SMS Message"), kBanner,
-                   "\"Sent\";\"1970-01-01 03:00:00\";\"1970-01-01 03:00:00\";\"+1\";\"Hi\""}));
-}
-
-TEST_F(TextExportTest, AllOfAKindWithTitlesAndCommaHeaderRows) {
-  EXPECT_EQ(Export(spans[1], kScopeKind, ExportForm::Text),
-            Lines({kBanner, Title(27, "Memos"), kBanner, kMemoBlock, "1"}));
-  EXPECT_EQ(Export(spans[2], kScopeKind, ExportForm::Csv),
-            Lines({kBanner, Title(27, "Memos"), kBanner, "Title,Memo", "\"Shop\";\"milk\"", "1"}));
-  // AutoText is the one kind whose CSV title differs from its text title.
-  EXPECT_EQ(Export(spans[6], kScopeKind, ExportForm::Text),
-            Lines({kBanner, Title(27, "AutoText"), kBanner, kAutoTextBlock}));
-  EXPECT_EQ(Export(spans[6], kScopeKind, ExportForm::Csv),
-            Lines({kBanner, Title(27, "AutoText Words"), kBanner, "Replace,With", "\"teh\";\"the\""}));
-}
-
-TEST_F(TextExportTest, BookmarkCaptionsMatchNothingYetTheFileAndMessageAppear) {
-  EXPECT_EQ(Export(spans[0], kScopeRecord, ExportForm::Text), "");
-  EXPECT_EQ(Export(spans[0], kScopeKind, ExportForm::Csv), "");
-}
-
-TEST_F(TextExportTest, WholeTreeIndentsRecordsAndSkipsKindsWithoutFormatter) {
-  const std::string expected =
-      Lines({kBanner, Title(25, "Browser Bookmarks"), kBanner, "        " + kBookmarkBlock,  //
-             kBanner, Title(26, "Memos"), kBanner, "        " + kMemoBlock, "        1",      //
-             kBanner, Title(26, "Tasks"), kBanner, "        " + kTaskBlock,                  //
-             kBanner, Title(27, "SMS Messages"), kBanner, "        " + kSmsBlock,            //
-             kBanner, Title(27, "AutoText"), kBanner, "        " + kAutoTextBlock});
-  EXPECT_EQ(Export(spans[3], kScopeTree, ExportForm::Text), expected);
-  EXPECT_EQ(ws.exportDepth, -1);
 }
 
 TEST_F(TextExportTest, DepthDriftsAcrossExportsOfOneSession) {
   ws.exportDepth = 3;
-  (void)Export(spans[1], kScopeTree, ExportForm::Csv);
+  (void)Export("memo", kScopeTree, ExportForm::Csv);
   EXPECT_EQ(ws.exportDepth, 2);
-  EXPECT_EQ(Export(spans[1], kScopeRecord, ExportForm::Text),
-            Lines({kBanner, Title(27, "Memo"), kBanner, "        " + kMemoBlock}));
-  const std::string tree = Export(spans[1], kScopeTree, ExportForm::Csv);
-  EXPECT_NE(tree.find("\r\n                \"Shop\";\"milk\"\r\n"), std::string::npos);  // 4 x (2 + 2)
+  EXPECT_EQ(Export("memo without title", kScopeRecord, ExportForm::Csv), Titled("Memo") + "        1\r\n");
+  EXPECT_NE(Export("memo", kScopeTree, ExportForm::Csv).find("\r\n                \"Shop\";"), std::string::npos);
   EXPECT_EQ(ws.exportDepth, 1);
   ws.exportDepth = -5;
-  EXPECT_EQ(Export(spans[3], kScopeRecord, ExportForm::Text), Lines({kBanner, Title(27, "Task"), kBanner, kTaskBlock}));
-  (void)Export(spans[3], kScopeTree, ExportForm::Text);
+  EXPECT_EQ(Export("memo without title", kScopeRecord, ExportForm::Text), Titled("Memo") + "1\r\n");
+  (void)Export("memo", kScopeTree, ExportForm::Text);
   EXPECT_EQ(ws.exportDepth, -6);
 }
 
 TEST_F(TextExportTest, OneRecordFormatsByItsDatabaseTextWithTheWorkspaceSettings) {
   const FormatContext context = FormatContextOf(ws);
-  const RecordSpan memo = *RecordSpan::Parse(spans[1]);
-  EXPECT_EQ(FormatRecordOf(ws, "Memos", memo, context, true), kMemoBlock);
-  EXPECT_EQ(FormatRecordOf(ws, "Memos", memo, context, false), "\"Shop\";\"milk\"");
-  EXPECT_EQ(FormatRecordOf(ws, "Service Book", *RecordSpan::Parse(spans[4]), context, true), std::nullopt);
+  const RecordSpan memo = *RecordSpan::Parse(spans.at("memo"));
+  EXPECT_EQ(FormatRecordOf(ws, "Memos", memo, context, false), "\"Shop\";\"milk\r\neggs\"");
+  EXPECT_EQ(FormatRecordOf(ws, "Service Book", memo, context, true), std::nullopt);
   EXPECT_EQ(FormatRecordOf(ws, "memos", memo, context, true), std::nullopt);
   EXPECT_THROW(FormatRecordOf(ws, "Memos", RecordSpan{1 << 30, 1 << 30}, context, true), CommandError);
 }
 
-TEST_F(TextExportTest, NoOptionCheckedDoesNothingAtAll) {
-  Select(spans[1]);
+TEST_F(TextExportTest, NoOptionCheckedDoesNothingAndTheHighestCheckedOptionWins) {
+  Select(spans.at("memo"));
   ASSERT_TRUE(PrepareExport(ws, panel));
   auto done = PressExport(ws, panel, ExportForm::Text);
   ASSERT_TRUE(done);
   EXPECT_FALSE(done.value());
   EXPECT_FALSE(FileExists(Path(ExportForm::Text)));
-}
-
-TEST_F(TextExportTest, TheHighestCheckedOptionWinsAndTheFileIsTruncated) {
+  // The file is truncated, and the CSV rows follow the delimiter setting.
   ASSERT_TRUE(ws.Load(ws.file().path, StoredSettings{}));
-  (void)in.Write("big", Bytes(100000, 'x'));
-  std::rename(in.File("big").c_str(), Path(ExportForm::Csv).c_str());
-  Select(spans[1]);
+  std::rename(in.Write("big", Bytes(100000, 'x')).c_str(), Path(ExportForm::Csv).c_str());
+  Select(spans.at("memo"));
   ASSERT_TRUE(PrepareExport(ws, panel));
   panel.checked = {true, true, false};
-  EXPECT_EQ(Press(ExportForm::Csv), Lines({kBanner, Title(27, "Memos"), kBanner, "Title,Memo", "\"Shop\",\"milk\"", "1"}));
+  EXPECT_EQ(Press(ExportForm::Csv), Titled("Memos") + "Title,Memo\r\n\"Shop\",\"milk\r\neggs\"\r\n1\r\n");
 }
 
-TEST_F(TextExportTest, AnOutputFolderThatCannotBeWrittenIsAFailure) {
-  ws.folders().output = out.File("missing");
-  Select(spans[1]);
-  ASSERT_TRUE(PrepareExport(ws, panel));
-  panel.Check(kScopeRecord);
-  auto done = PressExport(ws, panel, ExportForm::Text);
-  ASSERT_FALSE(done);
-  EXPECT_NE(done.failure().message.text.find(out.File("missing") + "/OL_Export_"), std::string::npos);
-}
-
-TEST_F(TextExportTest, ARecordOutsideTheFileStopsWithAMessageKeepingWhatWasPrinted) {
-  const NodeId memos = ws.tree().FindByKey("1DBTop");
-  ws.tree().Add(memos, {}, "broken", ImageKey::None, RecordSpan{1 << 30, (1 << 30) + 10});
-  Select(spans[1]);
+TEST_F(TextExportTest, FailuresKeepWhatWasPrinted) {
+  // A record outside the file stops the walk with a message.
+  ws.tree().Add(ws.tree().FindByKey("5DBTop"), {}, "broken", ImageKey::None, RecordSpan{1 << 30, (1 << 30) + 10});
+  Select(spans.at("memo"));
   ASSERT_TRUE(PrepareExport(ws, panel));
   panel.Check(kScopeKind);
   auto done = PressExport(ws, panel, ExportForm::Text);
   ASSERT_FALSE(done);
   EXPECT_FALSE(done.failure().message.text.empty());
   const Bytes written = ReadFile(Path(ExportForm::Text));
-  EXPECT_EQ(std::string(written.begin(), written.end()), Lines({kBanner, Title(27, "Memos"), kBanner, kMemoBlock, "1"}));
+  EXPECT_EQ(std::string(written.begin(), written.end()).rfind(Titled("Memos") + "\r\n---", 0), 0u);
+  // A folder that cannot be written is a failure naming the file.
+  ws.folders().output = out.File("missing");
+  done = PressExport(ws, panel, ExportForm::Text);
+  ASSERT_FALSE(done);
+  EXPECT_NE(done.failure().message.text.find(out.File("missing") + "/OL_Export_"), std::string::npos);
 }
 
 }  // namespace
