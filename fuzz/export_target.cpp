@@ -1,4 +1,9 @@
+#include <cstdlib>
+#include <string>
+#include <vector>
+
 #include "core/file_io.h"
+#include "core/hex_text.h"
 #include "core/settings.h"
 #include "export/export_panel.h"
 #include "export/media_extraction.h"
@@ -9,6 +14,25 @@
 #include "records/record_kinds.h"
 
 namespace orchidlamp::fuzz {
+namespace {
+
+// The media scan searches the bytes directly; its hits must be those of the
+// search on hex text, a match of the marker's digits that starts on a byte
+// boundary, overlapping hits and hits on the last bytes included.
+void CheckScanAgainstHexSearch(ByteView bytes) {
+  static const std::vector<std::string> kMarkers = {"89504E470D0A1A0A0000000D49484452", "49454E44",
+                                                    "FFD8FFE000104A46494600", "FFD9", "FFFF"};
+  const std::string hex = BytesToHex(bytes);
+  for (const std::string& marker : kMarkers) {
+    std::vector<std::size_t> byHex;
+    for (std::size_t at = hex.find(marker); at != std::string::npos; at = hex.find(marker, at + 1))
+      if (at % 2 == 0) byHex.push_back(at / 2);
+    const Bytes pattern = HexToBytes(marker);
+    if (FindAll(bytes, pattern) != byHex) std::abort();
+  }
+}
+
+}  // namespace
 
 int FuzzExport(const std::uint8_t* data, std::size_t size) {
   // The first byte picks the delimiter's first character and the export depth.
@@ -31,7 +55,6 @@ int FuzzExport(const std::uint8_t* data, std::size_t size) {
       for (int k = 0; k < kKindCount; ++k)
         if (const KindSpec& kind = SpecOf(static_cast<Kind>(k)); kind.HasMembers())
           (void)FormatRecord(kind, body, *node.tag, context, asText);
-      (void)FormatRecordOf(ws, tree[node.parent].text, *node.tag, context, asText);
     }
   }
 
@@ -53,6 +76,7 @@ int FuzzExport(const std::uint8_t* data, std::size_t size) {
   }
 
   // Media: pictures anywhere in the bytes, saved under the program folder.
+  CheckScanAgainstHexSearch(ByteView(control.rest(), control.restSize()));
   (void)CreateFolder(ws.ProgramFolder() + "media");
   (void)ExtractPngImages(ws);
   (void)ExtractJpgImages(ws);

@@ -62,11 +62,4 @@ FormatContext FormatContextOf(const Workspace& ws) {
   return FormatContext{ws.settings().timeZoneHours, ws.settings().delimiter, ContactPictureWriter(ws.ProgramFolder())};
 }
 
-std::optional<std::string> FormatRecordOf(const Workspace& ws, std::string_view databaseText, const RecordSpan& span,
-                                          const FormatContext& context, bool asText) {
-  const KindSpec* kind = ExportedKindByText(databaseText);
-  if (!kind) return std::nullopt;
-  return FormatRecord(*kind, ws.Body(span), span, context, asText);
-}
-
 }  // namespace orchidlamp

@@ -12,7 +12,6 @@
 // A record whose identifying members are all empty formats as the text "1"
 // (kSkipped) in both forms; exports write that marker like any other result.
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -51,11 +50,5 @@ std::string FormatRecord(const KindSpec& kind, ByteView body, const RecordSpan& 
 // The CSV header row of a kind: its exported captions joined by commas, whatever
 // the delimiter (this mismatch with the data rows is wanted).
 std::string CsvHeader(const KindSpec& kind);
-
-// The record under a database node of this text, formatted by that database's
-// kind; nullopt when the text names no exported kind. Throws CommandError when
-// the span lies outside the loaded bytes.
-std::optional<std::string> FormatRecordOf(const Workspace& ws, std::string_view databaseText, const RecordSpan& span,
-                                          const FormatContext& context, bool asText);
 
 }  // namespace orchidlamp

@@ -21,10 +21,11 @@ using namespace orchidlamp::testing;
 constexpr std::time_t kNow = 1700000000;
 const std::string kBanner(71, '*');
 
-std::string Golden(const std::string& name) {
-  const Bytes bytes = ReadFile(std::string(ORCHIDLAMP_EXPORT_DATA) + "/" + name);
+std::string FileText(const std::string& path) {
+  const Bytes bytes = ReadFile(path);
   return std::string(bytes.begin(), bytes.end());
 }
+std::string Golden(const std::string& name) { return FileText(std::string(ORCHIDLAMP_EXPORT_DATA) + "/" + name); }
 std::string Titled(const std::string& title) {
   return kBanner + "\r\n" + std::string(27, ' ') + title + "\r\n" + kBanner + "\r\n";
 }
@@ -72,8 +73,7 @@ class TextExportTest : public ::testing::Test {
   }
   void Select(const std::string& tagOrKey) { ws.selected = ws.tree().FindByKeyOrTag(tagOrKey); }
 
-  // Selects, prepares the panel as the export menu does, checks the scope and
-  // presses the button; returns the file's text.
+  // The export menu on the record, the scope's option, the button: the file's text.
   std::string Export(const std::string& record, ExportScope scope, ExportForm form) {
     Select(spans.at(record));
     EXPECT_TRUE(PrepareExport(ws, panel));
@@ -82,12 +82,9 @@ class TextExportTest : public ::testing::Test {
   }
   std::string Press(ExportForm form) {
     auto done = PressExport(ws, panel, form);
-    EXPECT_TRUE(done);
-    if (!done || !done.value()) return "<nothing>";
-    EXPECT_EQ(done.value()->path, Path(form));
-    EXPECT_EQ(done.value()->message, (Message{"Export to: " + Path(form) + " is complete.", "", MessageIcon::None}));
-    const Bytes bytes = ReadFile(done.value()->path);
-    return std::string(bytes.begin(), bytes.end());
+    const Message complete{"Export to: " + Path(form) + " is complete.", "", MessageIcon::None};
+    EXPECT_TRUE(done && done.value() && done.value()->path == Path(form) && done.value()->message == complete);
+    return FileText(Path(form));
   }
   std::string Path(ExportForm form) const {
     return out.path() + "/OL_Export_" + DdHhNnSs(kNow) + (form == ExportForm::Text ? ".txt" : ".csv");
@@ -101,7 +98,7 @@ class TextExportTest : public ::testing::Test {
   ExportPanel panel;
 };
 
-TEST_F(TextExportTest, WholeTreeOfEveryKindMatchesTheKnownFilesAndDriftsTheDepth) {
+TEST_F(TextExportTest, WholeTreeOfEveryKindMatchesTheKnownFilesAndTheDepthDrifts) {
   EXPECT_EQ(Export("memo", kScopeTree, ExportForm::Text), Golden("every_kind.txt"));
   EXPECT_EQ(ws.exportDepth, -1);
   ws.exportDepth = 0;
@@ -109,6 +106,18 @@ TEST_F(TextExportTest, WholeTreeOfEveryKindMatchesTheKnownFilesAndDriftsTheDepth
   // The nested contact's photo, numbered by its record's first offset.
   const std::string& span = spans.at("nested contact");
   EXPECT_EQ(ReadFile(out.path() + "/PIC" + span.substr(0, span.find(':')) + ".jpg"), TinyJpeg());
+
+  // Each whole-tree export leaves the depth one lower; later exports of the session indent by it.
+  ws.exportDepth = 3;
+  (void)Export("memo", kScopeTree, ExportForm::Csv);
+  EXPECT_EQ(ws.exportDepth, 2);
+  EXPECT_EQ(Export("memo without title", kScopeRecord, ExportForm::Csv), Titled("Memo") + "        1\r\n");
+  EXPECT_NE(Export("memo", kScopeTree, ExportForm::Csv).find("\r\n                \"Shop\";"), std::string::npos);
+  EXPECT_EQ(ws.exportDepth, 1);
+  ws.exportDepth = -5;
+  EXPECT_EQ(Export("memo without title", kScopeRecord, ExportForm::Text), Titled("Memo") + "1\r\n");
+  (void)Export("memo", kScopeTree, ExportForm::Text);
+  EXPECT_EQ(ws.exportDepth, -6);
 }
 
 // Per kind: the panel's captions, then the selected record, all of its kind as
@@ -127,49 +136,21 @@ TEST_F(TextExportTest, ScopesOfEachKindMatchTheKnownFile) {
   EXPECT_EQ(ws.exportDepth, 0);
 }
 
-TEST_F(TextExportTest, ASelectionThatIsNoExportableRecordIsRefused) {
-  for (const std::string node : {std::string("1DBTop"), std::string("Top"), spans.at("service book")}) {
+TEST_F(TextExportTest, ARefusedSelectionNoOptionCheckedAndTheHighestCheckedOption) {
+  const Message refusal{"No SMS, Address Book, Tasks, Calendar, Phone Calls, AutoText record selected for export.\r\n"
+                        "Please select any single record then hit the export menu.",
+                        "Please select record first:", MessageIcon::Exclamation};
+  for (const std::string& node : {std::string("1DBTop"), std::string("Top"), spans.at("service book")}) {
     ExportPanel fresh;
     Select(node);
     const Status refused = PrepareExport(ws, fresh);
-    ASSERT_FALSE(refused) << node;
-    EXPECT_EQ(refused.failure().message,
-              (Message{"No SMS, Address Book, Tasks, Calendar, Phone Calls, AutoText record selected for export.\r\n"
-                       "Please select any single record then hit the export menu.",
-                       "Please select record first:", MessageIcon::Exclamation}));
+    EXPECT_TRUE(!refused && refused.failure().message == refusal) << node;
     EXPECT_FALSE(fresh.visible || fresh.optionVisible[0] || fresh.optionVisible[1]);
   }
-}
-
-TEST_F(TextExportTest, DepthDriftsAcrossExportsOfOneSession) {
-  ws.exportDepth = 3;
-  (void)Export("memo", kScopeTree, ExportForm::Csv);
-  EXPECT_EQ(ws.exportDepth, 2);
-  EXPECT_EQ(Export("memo without title", kScopeRecord, ExportForm::Csv), Titled("Memo") + "        1\r\n");
-  EXPECT_NE(Export("memo", kScopeTree, ExportForm::Csv).find("\r\n                \"Shop\";"), std::string::npos);
-  EXPECT_EQ(ws.exportDepth, 1);
-  ws.exportDepth = -5;
-  EXPECT_EQ(Export("memo without title", kScopeRecord, ExportForm::Text), Titled("Memo") + "1\r\n");
-  (void)Export("memo", kScopeTree, ExportForm::Text);
-  EXPECT_EQ(ws.exportDepth, -6);
-}
-
-TEST_F(TextExportTest, OneRecordFormatsByItsDatabaseTextWithTheWorkspaceSettings) {
-  const FormatContext context = FormatContextOf(ws);
-  const RecordSpan memo = *RecordSpan::Parse(spans.at("memo"));
-  EXPECT_EQ(FormatRecordOf(ws, "Memos", memo, context, false), "\"Shop\";\"milk\r\neggs\"");
-  EXPECT_EQ(FormatRecordOf(ws, "Service Book", memo, context, true), std::nullopt);
-  EXPECT_EQ(FormatRecordOf(ws, "memos", memo, context, true), std::nullopt);
-  EXPECT_THROW(FormatRecordOf(ws, "Memos", RecordSpan{1 << 30, 1 << 30}, context, true), CommandError);
-}
-
-TEST_F(TextExportTest, NoOptionCheckedDoesNothingAndTheHighestCheckedOptionWins) {
   Select(spans.at("memo"));
   ASSERT_TRUE(PrepareExport(ws, panel));
   auto done = PressExport(ws, panel, ExportForm::Text);
-  ASSERT_TRUE(done);
-  EXPECT_FALSE(done.value());
-  EXPECT_FALSE(FileExists(Path(ExportForm::Text)));
+  EXPECT_TRUE(done && !done.value() && !FileExists(Path(ExportForm::Text)));
   // The file is truncated, and the CSV rows follow the delimiter setting.
   ASSERT_TRUE(ws.Load(ws.file().path, StoredSettings{}));
   std::rename(in.Write("big", Bytes(100000, 'x')).c_str(), Path(ExportForm::Csv).c_str());
@@ -178,7 +159,6 @@ TEST_F(TextExportTest, NoOptionCheckedDoesNothingAndTheHighestCheckedOptionWins)
   panel.checked = {true, true, false};
   EXPECT_EQ(Press(ExportForm::Csv), Titled("Memos") + "Title,Memo\r\n\"Shop\",\"milk\r\neggs\"\r\n1\r\n");
 }
-
 TEST_F(TextExportTest, FailuresKeepWhatWasPrinted) {
   // A record outside the file stops the walk with a message.
   ws.tree().Add(ws.tree().FindByKey("5DBTop"), {}, "broken", ImageKey::None, RecordSpan{1 << 30, (1 << 30) + 10});
@@ -188,8 +168,7 @@ TEST_F(TextExportTest, FailuresKeepWhatWasPrinted) {
   auto done = PressExport(ws, panel, ExportForm::Text);
   ASSERT_FALSE(done);
   EXPECT_FALSE(done.failure().message.text.empty());
-  const Bytes written = ReadFile(Path(ExportForm::Text));
-  EXPECT_EQ(std::string(written.begin(), written.end()).rfind(Titled("Memos") + "\r\n---", 0), 0u);
+  EXPECT_EQ(FileText(Path(ExportForm::Text)).rfind(Titled("Memos") + "\r\n---", 0), 0u);
   // A folder that cannot be written is a failure naming the file.
   ws.folders().output = out.File("missing");
   done = PressExport(ws, panel, ExportForm::Text);
