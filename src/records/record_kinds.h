@@ -3,8 +3,10 @@
 // The one description of every record kind: its tree image and label, its
 // members in order (name, caption, line breaks, where each is read from), what
 // the export writes of it and how the window lays out its detail frame. The
-// loader, a click, `show`, the export and the window all read this table; a kind
-// or a member is added here and in its kind file, nowhere else.
+// loader, a click, `show`, the export and the window all read this table. A
+// member is added in its kind file (records/*_kind.cpp) alone; a kind needs its
+// Kind and database name (core/kinds.h), its row in record_kinds.cpp and a kind
+// file.
 
 #include <array>
 #include <cstddef>
@@ -42,9 +44,11 @@ enum class FieldRoute : std::uint8_t {
 };
 
 struct MemberSpec {
-  std::string_view name;     // what `show` prints
-  std::string_view caption;  // the export's label and the window's default label; empty: neither shows it
-  bool keepLineBreaks = false;
+  std::string_view name;  // what `show` prints
+  // The export's label and the window's default one; empty: the export leaves
+  // the member out (and its box names a label of its own).
+  std::string_view caption;
+  bool keepLineBreaks = false;  // CR and LF survive the cleaning of control characters
   FieldRoute route = FieldRoute::Computed;
   int code = 0;      // the plain field code
   int wideCode = 0;  // the UTF-16 (or 128-form) field code
@@ -95,10 +99,10 @@ struct ExportSpec {
 // label and form. The window builds the frame from this and nothing else.
 struct FrameBox {
   std::string_view member = {};
-  std::string_view objectName = {};             // empty: the member's name
-  std::optional<std::string_view> label = {};   // nullopt: the member's caption
+  std::string_view objectName = {};            // empty: the member's name
+  std::optional<std::string_view> label = {};  // nullopt: the member's caption
   bool multiLine = false;
-  bool sharesRow = false;                  // sits beside the previous box, in its row
+  bool sharesRow = false;  // sits beside the previous box, in its row
 };
 struct FrameTab {
   std::string_view caption = {};
@@ -111,8 +115,8 @@ struct FrameLayout {
   std::span<const FrameBox> boxes = {};  // one form, or
   std::span<const FrameTab> tabs = {};   // a tab widget of forms
   std::string_view tabsName = {};
-  std::string_view photoMember = {};     // the member whose value is the picture's path
-  bool serviceBook = false;         // the service-book boxes instead of members
+  std::string_view photoMember = {};  // the member whose value is the picture's path
+  bool serviceBook = false;           // the service-book boxes instead of members
 };
 
 // What kinds of one record shape share (both contact kinds, both calendars).

@@ -1,4 +1,4 @@
-// Every kind's members and tree label, one row per record.
+// Every kind's members and tree label, one row per record body (handle, uid, fields).
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,6 @@ namespace {
 
 using namespace orchidlamp::testing;
 
-// A record body (handle, uid, fields) as the decoders receive it.
 Bytes Fields(const std::vector<testing::Field>& fields) { return Body(1, 2, FieldList(fields)); }
 Bytes Lead(const Bytes& utf16) { return Concat({Hex("00"), utf16}); }
 Bytes Sms(bool sent, std::uint64_t a, std::uint64_t b, const std::vector<testing::Field>& fields) {
