@@ -124,27 +124,25 @@ void DetailPanels::BuildFrame(const KindSpec& kind) {
 void DetailPanels::AddBoxes(QWidget* parent, QFormLayout* form, std::span<const FrameBox> boxes,
                             const KindSpec& kind) {
   std::vector<QWidget*>& byMember = boxes_[Index(kind.kind)];
+  // A box for a name that is no member of the kind is a fault of the layout table: at() throws.
+  auto make = [&](const FrameBox& b) {
+    QWidget* box = MakeBox(Latin1(b.objectName.empty() ? b.member : b.objectName), b.multiLine, parent);
+    byMember.at(MemberOf(*kind.form, b.member)) = box;
+    return box;
+  };
   for (std::size_t i = 0; i < boxes.size(); ++i) {
-    const FrameBox& b = boxes[i];
-    const std::size_t member = MemberOf(*kind.form, b.member);
-    const std::string_view name = b.objectName.empty() ? b.member : b.objectName;
-    QWidget* box = MakeBox(Latin1(name), b.multiLine, parent);
-    byMember.at(member) = box;
-    const QString label = Latin1(b.label.value_or(kind.form->members[member].caption));
-    if (i + 1 < boxes.size() && boxes[i + 1].sharesRow) {
-      auto* row = new QHBoxLayout;
-      row->addWidget(box);
-      while (i + 1 < boxes.size() && boxes[i + 1].sharesRow) {
-        const FrameBox& next = boxes[++i];
-        QWidget* beside = MakeBox(Latin1(next.objectName.empty() ? next.member : next.objectName), next.multiLine,
-                                  parent);
-        byMember.at(MemberOf(*kind.form, next.member)) = beside;
-        row->addWidget(beside);
-      }
-      form->addRow(label, row);
-    } else {
+    QWidget* box = make(boxes[i]);
+    const MemberSpec& member = kind.form->members[MemberOf(*kind.form, boxes[i].member)];
+    const QString label = Latin1(boxes[i].label.value_or(member.caption));
+    if (i + 1 == boxes.size() || !boxes[i + 1].sharesRow) {
       form->addRow(label, box);
+      continue;
     }
+    // Boxes that share a row sit side by side under the first one's label.
+    auto* row = new QHBoxLayout;
+    row->addWidget(box);
+    while (i + 1 < boxes.size() && boxes[i + 1].sharesRow) row->addWidget(make(boxes[++i]));
+    form->addRow(label, row);
   }
 }
 
