@@ -44,6 +44,7 @@ constexpr std::array<FrameBox, 6> kBoxes = {{
     {"AppointmentNotes", "ct39", {}, true},
 }};
 constexpr FrameLayout kFrame{"Calendar", "Calendar", kBoxes};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 

@@ -16,6 +16,7 @@ constexpr auto kIdentity = MemberIndices(kMembers, {"Replace"});
 
 constexpr std::array<FrameBox, 2> kBoxes = {{{"Replace", "atr0"}, {"With", "atr1", {}, true}}};
 constexpr FrameLayout kFrame{"AutoTextm", "AutoText", kBoxes};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 

@@ -41,6 +41,7 @@ constexpr auto kIdentity = MemberIndices(kMembers, {"BookmarkUrl"});
 
 constexpr std::array<FrameBox, 2> kBoxes = {{{"BookmarkName", "bbkN1", ""}, {"BookmarkUrl", "bbkN2", ""}}};
 constexpr FrameLayout kFrame{"BBookmarks", "", kBoxes};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 

@@ -80,6 +80,7 @@ constexpr std::array<FrameBox, 6> kBoxes = {{
     {"CallStatus", "ct51"},
 }};
 constexpr FrameLayout kFrame{"pcallslog", "Phone Calls Log", kBoxes};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 

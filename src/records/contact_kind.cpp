@@ -104,6 +104,7 @@ constexpr std::array<FrameTab, 5> kTabs = {{{"Name", kNameTab},
                                             {"Home Address", kHomeTab},
                                             {"Notes", kNotesTab, true}}};
 constexpr FrameLayout kFrame{"Contacts", "Contacts", {}, kTabs, "ctab", "PhotoFile"};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 

@@ -15,6 +15,7 @@ constexpr auto kIdentity = MemberIndices(kMembers, {"MemoTitle"});
 
 constexpr std::array<FrameBox, 2> kBoxes = {{{"MemoTitle", "ct44"}, {"MemoText", "ct45", "", true}}};
 constexpr FrameLayout kFrame{"Memo", "Memos", kBoxes};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 

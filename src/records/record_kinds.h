@@ -119,6 +119,19 @@ struct FrameLayout {
   bool serviceBook = false;           // the service-book boxes instead of members
 };
 
+// True when the frame has exactly one box for every member and every box names
+// a member; each kind file asserts it of its frame at compile time.
+template <std::size_t N>
+consteval bool FrameShowsEachMemberOnce(const std::array<MemberSpec, N>& members, const FrameLayout& frame) {
+  std::array<int, N> boxes{};
+  for (const FrameBox& b : frame.boxes) ++boxes[MemberIndex(members, b.member)];
+  for (const FrameTab& tab : frame.tabs)
+    for (const FrameBox& b : tab.boxes) ++boxes[MemberIndex(members, b.member)];
+  for (int count : boxes)
+    if (count != 1) return false;
+  return true;
+}
+
 // What kinds of one record shape share (both contact kinds, both calendars).
 struct RecordForm {
   std::span<const MemberSpec> members;

@@ -64,6 +64,7 @@ constexpr std::array<FrameBox, 6> kBoxes = {{
     {"Message", "msg_text", "Message", true},
 }};
 constexpr FrameLayout kFrame{"SMSmessages", "SMS Messages", kBoxes};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 

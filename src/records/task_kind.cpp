@@ -40,6 +40,7 @@ constexpr std::array<FrameBox, 4> kBoxes = {{
     {"TaskNotes", "ct43", {}, true},
 }};
 constexpr FrameLayout kFrame{"Task", "Tasks", kBoxes};
+static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
 
