@@ -75,7 +75,20 @@ std::string TempName(const std::string& outDir, const std::string& name) {
   return outDir + "/." + base + ".partial";
 }
 
+Status BuildUnderTempName(Output& out, const std::string& outDir);
+
+// The user knows the file by its final name, not by the one it is built under.
 Status BuildOutput(Output& out, const std::string& outDir) {
+  Status built = BuildUnderTempName(out, outDir);
+  if (built) return built;
+  std::string text = built.failure().message.text;
+  std::string target = outDir + "/" + out.name;
+  if (out.isFolder) target.pop_back();
+  for (std::size_t at; (at = text.find(out.temp)) != std::string::npos;) text.replace(at, out.temp.size(), target);
+  return Fail(text);
+}
+
+Status BuildUnderTempName(Output& out, const std::string& outDir) {
   out.temp = TempName(outDir, out.name);
   std::error_code error;
   fs::remove_all(out.temp, error);
