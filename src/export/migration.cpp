@@ -126,6 +126,9 @@ void RemoveTemps(const std::vector<Output>& outputs) {
     if (!out.temp.empty()) fs::remove_all(out.temp, error);
 }
 
+Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptions& options, Progress* progress,
+                                       const CancelCheck& cancelled);
+
 }  // namespace
 
 std::string_view MigrateKindName(MigrateKind kind) { return kKindNames[Index(kind)]; }
@@ -138,6 +141,13 @@ std::optional<MigrateKind> MigrateKindNamed(std::string_view name) {
 
 Result<MigrationReport> Migrate(const Workspace& ws, const MigrationOptions& options, Progress* progress,
                                 const CancelCheck& cancelled) {
+  return Guarded([&] { return MigrateRecords(ws, options, progress, cancelled); });
+}
+
+namespace {
+
+Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptions& options, Progress* progress,
+                                       const CancelCheck& cancelled) {
   auto codePage = CodePage::Open(options.charset);
   if (!codePage) return codePage.failure();
 
@@ -251,4 +261,5 @@ Result<MigrationReport> Migrate(const Workspace& ws, const MigrationOptions& opt
   return report;
 }
 
+}  // namespace
 }  // namespace orchidlamp

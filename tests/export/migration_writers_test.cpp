@@ -187,7 +187,7 @@ TEST_F(MigrationTest, OnlyTheChosenKindsWithRecordsAreWrittenOverOldFiles) {
 TEST_F(MigrationTest, ACancelledRunWritesNothing) {
   EXPECT_TRUE(ws.Load(in.Write("b.ipd", FixtureBackup()), StoredSettings{}));
   int polls = 0;
-  auto report = Migrate(ws, {out.File("phone")}, nullptr, [&] { return ++polls > 3; });
+  auto report = Migrate(ws, {out.File("phone"), "windows-1256", {}}, nullptr, [&] { return ++polls > 3; });
   EXPECT_TRUE(report && report->cancelled && report->files.empty());
   EXPECT_FALSE(FileExists(out.File("phone")));
 }
