@@ -146,19 +146,18 @@ Result<MigrationReport> Migrate(const Workspace& ws, const MigrationOptions& opt
 
 namespace {
 
-Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptions& options, Progress* progress,
-                                       const CancelCheck& cancelled) {
-  auto codePage = CodePage::Open(options.charset);
-  if (!codePage) return codePage.failure();
+using KindFlags = std::array<bool, kMigrateKindCount>;
 
-  std::array<bool, kMigrateKindCount> wanted{};
-  for (std::size_t i = 0; i < wanted.size(); ++i) wanted[i] = options.only.empty();
-  for (MigrateKind kind : options.only) wanted[Index(kind)] = true;
-  // Messages and calls name their contacts, so the address book is read for them too.
-  std::array<bool, kMigrateKindCount> read = wanted;
-  read[Index(MigrateKind::Contacts)] = wanted[Index(MigrateKind::Contacts)] || wanted[Index(MigrateKind::Messages)] ||
-                                       wanted[Index(MigrateKind::Calls)];
+struct Collected {
+  MigratedBackup backup;
+  std::array<std::size_t, kMigrateKindCount> skipped{};
+  bool cancelled = false;
+};
 
+// Reads every record of the databases whose kind is in `read`, in tree order,
+// each record of a twin family once.
+Collected CollectRecords(const Workspace& ws, const KindFlags& read, const CodePage& codePage, Progress* progress,
+                         const CancelCheck& cancelled) {
   const DatabaseTree& tree = ws.tree();
   std::vector<std::pair<NodeId, const MigrateDatabaseRow*>> databases;
   std::size_t total = 0;
@@ -170,21 +169,13 @@ Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptio
       total += static_cast<std::size_t>(tree[db].childCount);
     });
   }
-
-  MigrationReport report;
-  MigratedBackup backup;
-  MigrationContext context{codePage.value(), backup};
-  std::array<std::size_t, kMigrateKindCount> skipped{};
+  Collected out;
+  MigrationContext context{codePage, out.backup};
   std::map<Twins, std::unordered_map<std::uint32_t, NodeId>> seen;
   std::size_t done = 0;
-  bool stop = false;
   for (const auto& [db, row] : databases) {
     tree.ForEachChild(db, [&](NodeId record) {
-      if (stop) return;
-      if (cancelled && cancelled()) {
-        stop = true;
-        return;
-      }
+      if (out.cancelled || (cancelled && (out.cancelled = cancelled()))) return;
       Report(progress, ++done, total);
       const TreeNode& node = tree[record];
       if (!node.tag) return;
@@ -195,19 +186,16 @@ Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptio
           if (!fresh && at->second != db) return;
         }
       }
-      if (!row->read(body, context)) ++skipped[Index(row->kind)];
+      if (!row->read(body, context)) ++out.skipped[Index(row->kind)];
     });
   }
-  if (stop) {
-    report.cancelled = true;
-    return report;
-  }
-  for (std::size_t i = 0; i < skipped.size(); ++i)
-    if (skipped[i] > 0 && wanted[i]) report.skipped.push_back({kKindNames[i], skipped[i]});
+  return out;
+}
 
+// The content of every wanted kind that has records, in the table's order.
+Result<std::vector<Output>> BuildContents(const MigratedBackup& backup, const KindFlags& wanted, std::time_t now) {
   const ContactNames names(backup.contacts);
   std::vector<Output> outputs;
-  // Content is built only for the kinds that are written.
   using Build = std::function<Result<std::string>()>;
   auto add = [&](MigrateKind kind, std::string name, std::size_t count, const Build& build) -> Status {
     if (!wanted[Index(kind)] || count == 0) return Ok();
@@ -220,7 +208,7 @@ Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptio
   Status built = add(MigrateKind::Contacts, "contacts.vcf", backup.contacts.size(),
                      [&]() -> Result<std::string> { return VCardFile(backup.contacts); });
   if (built) built = add(MigrateKind::Calendar, "calendar.ics", backup.events.size() + backup.tasks.size(),
-                         [&] { return ICalendarFile(backup.events, backup.tasks, ws.clock()()); });
+                         [&] { return ICalendarFile(backup.events, backup.tasks, now); });
   if (built) built = add(MigrateKind::Messages, "messages.xml", backup.messages.size(),
                          [&] { return MessagesXml(backup.messages, names); });
   if (built) built = add(MigrateKind::Calls, "calls.xml", backup.calls.size(),
@@ -235,29 +223,62 @@ Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptio
   if (built) built = add(MigrateKind::AutoText, "autotext.csv", backup.autoTexts.size(),
                          [&]() -> Result<std::string> { return AutoTextCsv(backup.autoTexts); });
   if (!built) return built.failure();
-  if (outputs.empty()) return report;
+  return outputs;
+}
 
+// Builds every output under its temporary name, then puts them all in place;
+// a failure or a cancel before that removes what was built.
+Status WriteOutputs(std::vector<Output>& outputs, const std::string& outDir, const CancelCheck& cancelled,
+                    MigrationReport& report) {
   std::error_code error;
-  fs::create_directories(options.outDir, error);
-  if (error) return IoFailure("Cannot create folder", options.outDir, error);
+  fs::create_directories(outDir, error);
+  if (error) return IoFailure("Cannot create folder", outDir, error);
   for (Output& out : outputs) {
     if (cancelled && cancelled()) {
       RemoveTemps(outputs);
       report.cancelled = true;
-      return report;
+      return Ok();
     }
-    if (Status s = BuildOutput(out, options.outDir); !s) {
+    if (Status s = BuildOutput(out, outDir); !s) {
       RemoveTemps(outputs);
-      return s.failure();
+      return s;
     }
   }
   for (const Output& out : outputs) {
-    if (Status s = Publish(out, options.outDir); !s) {
+    if (Status s = Publish(out, outDir); !s) {
       RemoveTemps(outputs);
-      return s.failure();
+      return s;
     }
     report.files.push_back({out.name, out.count});
   }
+  return Ok();
+}
+
+Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptions& options, Progress* progress,
+                                       const CancelCheck& cancelled) {
+  auto codePage = CodePage::Open(options.charset);
+  if (!codePage) return codePage.failure();
+  KindFlags wanted{};
+  for (std::size_t i = 0; i < wanted.size(); ++i) wanted[i] = options.only.empty();
+  for (MigrateKind kind : options.only) wanted[Index(kind)] = true;
+  // Messages and calls name their contacts, so the address book is read for them too.
+  KindFlags read = wanted;
+  read[Index(MigrateKind::Contacts)] = wanted[Index(MigrateKind::Contacts)] || wanted[Index(MigrateKind::Messages)] ||
+                                       wanted[Index(MigrateKind::Calls)];
+
+  MigrationReport report;
+  Collected collected = CollectRecords(ws, read, codePage.value(), progress, cancelled);
+  if (collected.cancelled) {
+    report.cancelled = true;
+    return report;
+  }
+  for (std::size_t i = 0; i < kMigrateKindCount; ++i)
+    if (collected.skipped[i] > 0 && wanted[i]) report.skipped.push_back({kKindNames[i], collected.skipped[i]});
+  auto outputs = BuildContents(collected.backup, wanted, ws.clock()());
+  if (!outputs) return outputs.failure();
+  if (outputs->empty()) return report;
+  if (Status written = WriteOutputs(outputs.value(), options.outDir, cancelled, report); !written)
+    return written.failure();
   return report;
 }
 
