@@ -173,7 +173,10 @@ Collected CollectRecords(const Workspace& ws, const KindFlags& read, const CodeP
   MigrationContext context{codePage, out.backup};
   std::map<Twins, std::unordered_map<std::uint32_t, NodeId>> seen;
   std::size_t done = 0;
-  for (const auto& [db, row] : databases) {
+  for (const auto& entry : databases) {
+    // Named copies: a lambda may not capture structured bindings in every compiler.
+    const NodeId db = entry.first;
+    const MigrateDatabaseRow* row = entry.second;
     tree.ForEachChild(db, [&](NodeId record) {
       if (out.cancelled || (cancelled && (out.cancelled = cancelled()))) return;
       Report(progress, ++done, total);
