@@ -5,12 +5,13 @@
 namespace orchidlamp::fuzz {
 
 std::span<const FuzzTarget> AllTargets() {
-  static constexpr std::array<FuzzTarget, 5> kTargets = {{
+  static constexpr std::array<FuzzTarget, 6> kTargets = {{
       {"ipd_loader", &FuzzIpdLoader},
       {"record_decoders", &FuzzRecordDecoders},
       {"export", &FuzzExport},
       {"editing", &FuzzEditing},
       {"desktop_backup", &FuzzDesktopBackup},
+      {"migration", &FuzzMigration},
   }};
   return kTargets;
 }

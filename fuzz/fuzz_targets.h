@@ -28,6 +28,10 @@ int FuzzEditing(const std::uint8_t* data, std::size_t size);
 // first, so the XML and the .dat reader are reached too.
 int FuzzDesktopBackup(const std::uint8_t* data, std::size_t size);
 
+// The migration export with a fuzzed code page and kind choice, every file it
+// writes parsed back (vCard folding, libical, libxml2, the memo count).
+int FuzzMigration(const std::uint8_t* data, std::size_t size);
+
 struct FuzzTarget {
   std::string_view name;
   int (*run)(const std::uint8_t* data, std::size_t size);

@@ -64,6 +64,7 @@ int main(int argc, char** argv) {
     Save(folder, "ipd_loader", name, bytes);
     Save(folder, "record_decoders", name, WithControls({0x18}, bytes));
     Save(folder, "export", name, WithControls({','}, bytes));
+    Save(folder, "migration", name, WithControls({0}, bytes));
   }
 
   // Editing: every node of the sample ticked in turn would be many files; a few

@@ -20,7 +20,7 @@ pass() { echo "package check: ok: $*"; }
 
 [ "$(dpkg-deb -f "$deb" Package)" = orchidlamp ] || fail "package name is not orchidlamp"
 depends="$(dpkg-deb -f "$deb" Depends)"
-for lib in libc6 libqt6core6 libzip4 libxml2; do
+for lib in libc6 libqt6core6 libzip4 libxml2 libical3; do
   [[ "$depends" == *"$lib"* ]] || fail "Depends lacks $lib (dpkg-shlibdeps did not run?): $depends"
 done
 pass "control fields; Depends: $depends"

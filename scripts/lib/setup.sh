@@ -6,7 +6,7 @@ ORCHIDLAMP_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 ORCHIDLAMP_PACKAGES=(
   build-essential cmake pkg-config g++ clang
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
-  libzip-dev libxml2-dev
+  libzip-dev libxml2-dev libical-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   zip unzip xvfb xauth
 )

@@ -35,6 +35,7 @@ int RunSplit(CliContext&, const std::vector<std::string>&);
 int RunMerge(CliContext&, const std::vector<std::string>&);
 int RunSbEdit(CliContext&, const std::vector<std::string>&);
 int RunConvert(CliContext&, const std::vector<std::string>&);
+int RunMigrate(CliContext&, const std::vector<std::string>&);
 
 inline constexpr Command kCommands[] = {
     {"tree", RunTree, "tree FILE", "print the database tree, one node per line",
@@ -80,6 +81,15 @@ inline constexpr Command kCommands[] = {
      "IN may be an IPD or a BBB file; --to picks the kind written to OUT: a plain IPD,\n"
      "a Windows desktop backup or a Mac desktop backup.\n",
      "orchidlamp-cli convert samples/sample.ipd /tmp/sample.bbb --to bbb-win"},
+    {"migrate", RunMigrate, "migrate FILE OUTDIR [--charset NAME] [--only KIND,...]",
+     "write contacts, calendar, messages and more for a new phone",
+     "Writes contacts.vcf (vCard 3.0), calendar.ics (iCalendar 2.0), messages.xml and\n"
+     "calls.xml (SMS Backup & Restore), memos/NNNN Title.txt, bookmarks.html and\n"
+     "autotext.csv into OUTDIR, as UTF-8 with true UTC instants; a kind without records\n"
+     "writes no file. Prints NAME<TAB>COUNT per file. --charset names the code page of\n"
+     "8-bit text (default windows-1256, or the MigrateCharset setting); --only limits\n"
+     "the kinds: contacts, calendar, messages, calls, memos, bookmarks, autotext.\n",
+     "orchidlamp-cli migrate samples/sample.ipd /tmp/phone --charset iso-8859-7"},
 };
 
 // Opens `path` into the context, printing the failure if it does not load.

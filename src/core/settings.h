@@ -12,6 +12,7 @@ namespace orchidlamp {
 struct StoredSettings {
   std::string timeZone = "GMT";       // "-11" ... "-1", "GMT", "+1" ... "+11"
   std::string exportDelimiter = ",";  // an entry of the delimiter list
+  std::string migrateCharset = "windows-1256";  // the code page migrated 8-bit text is read in
 };
 
 // What the open flow derives: the time-zone text with "GMT" replaced by "0", its

@@ -89,7 +89,11 @@ frmOptions::frmOptions(UserPrompts& prompts, QWidget* parent) : QDialog(parent),
 }
 
 void frmOptions::cmdOK_Click() {
-  WriteStoredSettings(StoredSettings{tzd_->currentText().toStdString(), exd_->currentText().toStdString()});
+  // The dialog edits two of the stored settings; the others keep their values.
+  StoredSettings stored = ReadStoredSettings();
+  stored.timeZone = tzd_->currentText().toStdString();
+  stored.exportDelimiter = exd_->currentText().toStdString();
+  WriteStoredSettings(stored);
   prompts_.Tell(this, Message{"Settings saved, you need to reopen your file.", "Settings", MessageIcon::Information});
   accept();
 }

@@ -11,6 +11,8 @@ StoredSettings ReadStoredSettings() {
   StoredSettings s;
   s.timeZone = store.value(QStringLiteral("TimeZone"), QStringLiteral("GMT")).toString().toStdString();
   s.exportDelimiter = store.value(QStringLiteral("ExportDelimiter"), QStringLiteral(",")).toString().toStdString();
+  s.migrateCharset =
+      store.value(QStringLiteral("MigrateCharset"), QString::fromStdString(s.migrateCharset)).toString().toStdString();
   return s;
 }
 
@@ -19,6 +21,7 @@ void WriteStoredSettings(const StoredSettings& settings) {
   store.beginGroup(QStringLiteral("Options"));
   store.setValue(QStringLiteral("TimeZone"), QString::fromStdString(settings.timeZone));
   store.setValue(QStringLiteral("ExportDelimiter"), QString::fromStdString(settings.exportDelimiter));
+  store.setValue(QStringLiteral("MigrateCharset"), QString::fromStdString(settings.migrateCharset));
   store.sync();
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 // The per-user settings store: organisation and application "Orchidlamp", group
-// "Options", keys TimeZone and ExportDelimiter, read with the open flow's
-// defaults "GMT" and ",".
+// "Options", keys TimeZone, ExportDelimiter and MigrateCharset, read with the
+// defaults "GMT", "," and "windows-1256".
 
 #include "core/settings.h"
 

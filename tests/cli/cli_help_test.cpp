@@ -14,8 +14,8 @@ namespace {
 
 using namespace orchidlamp::testing;
 
-const std::vector<std::string> kDocumentedCommands = {"tree",  "status", "show",    "export", "media",
-                                                      "split", "merge",  "sb-edit", "convert"};
+const std::vector<std::string> kDocumentedCommands = {"tree",  "status", "show",    "export",  "media",
+                                                      "split", "merge",  "sb-edit", "convert", "migrate"};
 
 std::string SourceFile(const std::string& relative) {
   const std::string self = __FILE__;
