@@ -1,4 +1,4 @@
-#include "ui/file_association.h"
+#include "platform/file_association.h"
 
 #include <gtest/gtest.h>
 

@@ -16,7 +16,7 @@
 
 #include "core/message.h"
 #include "support/ipd_builder.h"
-#include "ui/settings_store.h"
+#include "platform/settings_store.h"
 #include "ui/user_prompts.h"
 
 namespace orchidlamp::testing {

@@ -6,8 +6,8 @@
 
 #include "gui_test_support.h"
 #include "support/temp_folder.h"
-#include "ui/file_association.h"
-#include "ui/program_folder.h"
+#include "platform/file_association.h"
+#include "platform/program_folder.h"
 
 namespace orchidlamp {
 namespace {
