@@ -34,7 +34,6 @@ inline QApplication& GuiApp() {
   return *app;
 }
 
-// Clears the stored settings so every test starts from the defaults.
 inline void ResetStoredSettings() {
   GuiApp();
   QSettings(QStringLiteral("Orchidlamp"), QStringLiteral("Orchidlamp")).clear();

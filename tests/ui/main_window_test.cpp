@@ -70,6 +70,7 @@ TEST_F(MainWindowTest, StartsEmptyWithItsMenusNamedAndTheFileCommandsOff) {
            {"epng", "PNG Images..."}, {"ejpg", "JPG Images..."}, {"mSettings", "&Settings..."},
            {"mMainhelp", "Orchidlamp H&elp"}, {"mAbout", "&About Orchidlamp"}, {"mExit", "E&xit"}})
     EXPECT_EQ(Item(name)->text(), QString::fromLatin1(caption)) << name;
+  EXPECT_TRUE(!Item("mExport")->icon().isNull() && Item("mAbout")->icon().isNull());  // pictures by position
   EXPECT_FALSE(Item("mSaveas")->isEnabled());
   EXPECT_FALSE(MenuEnabled("mServicebook"));
   EXPECT_FALSE(MenuEnabled("mManipulate"));
