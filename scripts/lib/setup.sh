@@ -3,18 +3,20 @@
 
 ORCHIDLAMP_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 
+# What the two programs need to build.
 ORCHIDLAMP_PACKAGES=(
-  build-essential cmake pkg-config g++ clang
+  build-essential cmake pkg-config g++
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
   libzip-dev libxml2-dev libical-dev
-  libgtest-dev libgmock-dev googletest libbenchmark-dev
-  zip unzip xvfb xauth
 )
 
-# What scripts/test needs beyond the build: packaging and its checks, and the
-# fuzzers' runtime. Installed up front so one apt-get update serves the run.
+# What scripts/test needs beyond that: the test and benchmark frameworks, the
+# tools the tests run, packaging and its checks, and clang with the fuzzers'
+# runtime. Installed up front so one apt-get update serves the run.
 ORCHIDLAMP_TEST_PACKAGES=(
-  dpkg-dev file fakeroot desktop-file-utils shared-mime-info man-db groff-base libclang-rt-14-dev
+  libgtest-dev libgmock-dev googletest libbenchmark-dev zip unzip
+  dpkg-dev file fakeroot desktop-file-utils shared-mime-info man-db groff-base
+  clang libclang-rt-14-dev
 )
 
 # apt-get update at most once per run, and only when something is missing.
@@ -34,9 +36,20 @@ ensure_packages() {
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
-# build DIR [cmake args...]
+# build DIR [cmake args...]: configures DIR and builds everything it is set up for
 build() {
   local dir="$1"; shift
   cmake -S "$ORCHIDLAMP_ROOT" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
   cmake --build "$dir" -j "$(nproc)"
+}
+
+# build_programs DIR [cmake args...]: the window (when Qt Widgets is there) and
+# orchidlamp-cli only, with no test or benchmark framework needed
+build_programs() {
+  local dir="$1"; shift
+  cmake -S "$ORCHIDLAMP_ROOT" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    -DORCHIDLAMP_BUILD_TESTS=OFF -DORCHIDLAMP_BUILD_BENCH=OFF "$@" >/dev/null
+  local targets=(orchidlamp-cli)
+  grep -q '^ORCHIDLAMP_BUILD_GUI:BOOL=ON' "$dir/CMakeCache.txt" && targets+=(orchidlamp)
+  cmake --build "$dir" -j "$(nproc)" --target "${targets[@]}"
 }

@@ -1,5 +1,7 @@
 #include "cli/cli_context.h"
 
+#include "cli/commands.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
@@ -7,8 +9,8 @@
 #include "convert/open_backup.h"
 #include "core/code_page_1256.h"
 #include "core/paths.h"
-#include "ui/program_folder.h"
-#include "ui/settings_store.h"
+#include "platform/program_folder.h"
+#include "platform/settings_store.h"
 
 namespace orchidlamp::cli {
 
@@ -58,11 +60,15 @@ std::string DisplayLine(std::string_view text8bit) {
 }
 
 int UsageError(std::string_view problem) {
+  std::string names;
+  for (const Command& c : kCommands) {
+    if (!names.empty()) names += ", ";
+    names += c.name;
+  }
   std::cerr << "orchidlamp-cli: " << problem << "\n"
             << "usage: orchidlamp-cli [--timezone TEXT] [--delimiter TEXT] [--program-dir DIR] [--out-dir DIR] "
                "COMMAND ARGS...\n"
-            << "commands: tree, status, show, export, media, split, merge, sb-edit, convert "
-               "(orchidlamp-cli --help for more)\n";
+            << "commands: " << names << " (orchidlamp-cli --help for more)\n";
   return kExitUsage;
 }
 

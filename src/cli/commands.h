@@ -13,8 +13,10 @@ namespace orchidlamp::cli {
 // A command gets the words after its name, global options already taken out.
 using CommandFn = int (*)(CliContext& context, const std::vector<std::string>& words);
 
-// One row per command: `--help`, `COMMAND --help` and the manual page all read
-// their text from here, so a command added here is documented everywhere.
+// One row per command: `--help`, `COMMAND --help` and the usage text of a
+// malformed command line read their text from here. The manual page
+// (packaging/man/orchidlamp-cli.1) is written by hand; tests/cli checks that it
+// names every command of this table.
 // `summary` must fit one line of the overview; `details` may span lines, each
 // ending in "\n"; `example` is a whole command line.
 struct Command {

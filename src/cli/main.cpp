@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "cli/commands.h"
+#include "orchidlamp/version.h"
 
 namespace orchidlamp::cli {
 namespace {
@@ -99,7 +100,7 @@ int main(int argc, char** argv) {
       continue;
     }
     if (word == "--version") {
-      std::cout << "orchidlamp-cli " << ORCHIDLAMP_VERSION << "\n";
+      std::cout << "orchidlamp-cli " << orchidlamp::kVersion << "\n";
       return kExitOk;
     }
     bool ok = true;

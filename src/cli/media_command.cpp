@@ -2,7 +2,7 @@
 
 #include "cli/commands.h"
 #include "export/media_extraction.h"
-#include "ui/program_folder.h"
+#include "platform/program_folder.h"
 
 namespace orchidlamp::cli {
 

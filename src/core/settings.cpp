@@ -10,7 +10,7 @@ namespace orchidlamp {
 SettingsSnapshot DeriveSettings(const StoredSettings& stored) {
   SettingsSnapshot s;
   std::string tz = stored.timeZone;
-  for (std::size_t at = tz.find("GMT"); at != std::string::npos; at = tz.find("GMT", at + 1)) tz.replace(at, 3, "0");
+  for (std::size_t at = tz.find("GMT"); at != std::string::npos; at = tz.find("GMT", at + 1)) tz.replace(at, 3, 1, '0');
   s.timeZoneText = tz;
   s.timeZoneHours = LeadingNumber(tz);
   s.delimiter = DelimiterFor(stored.exportDelimiter);

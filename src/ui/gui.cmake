@@ -1,9 +1,6 @@
 # The desktop window. Only these targets run moc and rcc; the core stays plain C++.
 file(GLOB orchidlamp_ui_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/*.cpp)
-list(REMOVE_ITEM orchidlamp_ui_sources
-  ${CMAKE_CURRENT_LIST_DIR}/settings_store.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/program_folder.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/main.cpp)
+list(REMOVE_ITEM orchidlamp_ui_sources ${CMAKE_CURRENT_LIST_DIR}/main.cpp)
 file(GLOB orchidlamp_ui_headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/*.h)
 
 add_library(orchidlamp_ui STATIC ${orchidlamp_ui_sources} ${orchidlamp_ui_headers}
@@ -11,7 +8,7 @@ add_library(orchidlamp_ui STATIC ${orchidlamp_ui_sources} ${orchidlamp_ui_header
 set_target_properties(orchidlamp_ui PROPERTIES AUTOMOC ON AUTORCC ON)
 target_include_directories(orchidlamp_ui PUBLIC ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(orchidlamp_ui PUBLIC
-  orchidlamp_records orchidlamp_export orchidlamp_editing orchidlamp_convert orchidlamp_store
+  orchidlamp_records orchidlamp_export orchidlamp_editing orchidlamp_convert orchidlamp_platform orchidlamp_version
   Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Svg)
 
 add_executable(orchidlamp ${CMAKE_CURRENT_LIST_DIR}/main.cpp)

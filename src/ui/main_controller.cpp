@@ -1,7 +1,7 @@
 #include "ui/main_controller.h"
 
 #include "ui/display_text.h"
-#include "ui/settings_store.h"
+#include "platform/settings_store.h"
 #include "ui/tree_search.h"
 
 namespace orchidlamp {

@@ -11,7 +11,7 @@
 #include "editing/merge.h"
 #include "editing/selection_tree.h"
 #include "ui/display_text.h"
-#include "ui/responsive_work.h"
+#include "ui/long_work.h"
 #include "ui/selection_tree_view.h"
 #include "ui/user_prompts.h"
 

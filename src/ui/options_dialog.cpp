@@ -8,7 +8,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-#include "ui/settings_store.h"
+#include "platform/settings_store.h"
 #include "ui/user_prompts.h"
 
 namespace orchidlamp {

@@ -7,8 +7,8 @@
 // each as a new IPD beside the open backup.
 //
 // SaveAll takes the database of the main tree's selection at the moment it is
-// pressed, as it always has; the edited record is the one the editor was opened
-// for.
+// pressed, which may by then differ from the edited record's; the edited record
+// is the one the editor was opened for.
 
 #include <QWidget>
 #include <array>

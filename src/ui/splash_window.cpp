@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "orchidlamp/version.h"
 #include "ui/icon_set.h"
 
 namespace orchidlamp {
@@ -33,7 +34,7 @@ frmSplash::frmSplash(const IconSet& icons, QWidget* parent)
   big.setPointSizeF(big.pointSizeF() * 2.2);
   big.setBold(true);
   product->setFont(big);
-  auto* version = new QLabel(QStringLiteral("Version ") + QString::fromLatin1(kProductVersion), frame);
+  auto* version = new QLabel(QStringLiteral("Version ") + QString::fromLatin1(kShortVersion), frame);
   version->setObjectName(QStringLiteral("lblVersion"));
   auto* about = new QLabel(QStringLiteral("Reads and reworks BlackBerry handheld backups\n(IPD files and BBB desktop backups)."), frame);
   about->setObjectName(QStringLiteral("lblDescription"));

@@ -11,7 +11,6 @@ namespace orchidlamp {
 class IconSet;
 
 inline constexpr const char* kProductName = "Orchidlamp";
-inline constexpr const char* kProductVersion = "3.5";
 
 class frmSplash final : public QWidget {
   Q_OBJECT

@@ -43,7 +43,7 @@ void DialogPrompts::Tell(QWidget* parent, const Message& message) {
     case MessageIcon::Critical: box.setIcon(QMessageBox::Critical); break;
     case MessageIcon::None: box.setIcon(QMessageBox::NoIcon); break;
   }
-  // A message without a title of its own carries the program's name, as message boxes always have.
+  // A message without a title of its own carries the program's name.
   box.setWindowTitle(message.title.empty() ? QStringLiteral("Orchidlamp") : QString::fromStdString(message.title));
   box.setText(QString::fromStdString(message.text));
   box.setStandardButtons(QMessageBox::Ok);

@@ -32,10 +32,6 @@ TEST(TreeSearch, ComparesUpperCasedAndCountsEveryNodeInCollectionOrder) {
   EXPECT_EQ(FindNode(t, "mU", 2), 6);
   EXPECT_EQ(FindNode(t, "mu", 3), kNoNode);
   EXPECT_EQ(FindNode(t, "m", 0), kNoNode);
-}
-
-TEST(TreeSearch, NextMatchIsTheNextOccurrenceCountedFromTheTop) {
-  const DatabaseTree t = SearchTree();
   // Interleaved databases: the second "s" record is in another database.
   EXPECT_EQ(FindNode(t, "s", 4), 4);   // root, SMS Messages, Memos, then "summer plans"
   EXPECT_EQ(FindNode(t, "s", 5), 5);   // Sam
@@ -49,10 +45,6 @@ TEST(TreeSearch, RecordTextIsComparedAsShownNotAsBytes) {
   t.Add(memos, {}, "caf\xE9", ImageKey::memos, RecordSpan{1, 2});  // code page 1256: e acute
   EXPECT_EQ(FindNode(t, QStringLiteral("CAF\u00C9"), 1), 2);
   EXPECT_EQ(FindNode(t, QStringLiteral("caf\u00E9"), 1), 2);
-}
-
-TEST(TreeSearch, QuestionNamesTheNodeOverCrLf) {
-  EXPECT_EQ(FindNextQuestion("Memos"), QStringLiteral("Found Memos\r\nFind next matching item? "));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "ui/settings_store.h"
+#include "platform/settings_store.h"
 
 #include <QSettings>
 #include <QString>

@@ -6,8 +6,8 @@
 // the user; media pictures go to the program folder the window was given, and
 // no file dialog is answered, so nothing is written beside the backup.
 //
-// Started by the environment variable ORCHIDLAMP_SCREENSHOTS=<folder> (see
-// main.cpp); not a feature of the program for its users.
+// The program orchidlamp-screenshots (main.cpp beside this file) runs it; the
+// window itself knows nothing of it.
 
 #include <QString>
 #include <QStringList>

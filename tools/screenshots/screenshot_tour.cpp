@@ -1,4 +1,4 @@
-#include "ui/screenshot_tour.h"
+#include "screenshots/screenshot_tour.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,13 +1,16 @@
+// The desktop association the window registers, the one the package installs,
+// and the program folder an installed copy uses.
+
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
 #include <QString>
 
-#include "gui_test_support.h"
+#include "support/cli_runner.h"
 #include "support/temp_folder.h"
-#include "ui/file_association.h"
-#include "ui/program_folder.h"
+#include "platform/file_association.h"
+#include "platform/program_folder.h"
 
 namespace orchidlamp {
 namespace {
@@ -18,7 +21,13 @@ QString Q(const std::string& s) { return QString::fromStdString(s); }
 
 // The files the package installs, read from the source tree.
 QString Packaged(const QString& name) {
-  QFile file(QStringLiteral(__FILE__).section(QLatin1Char('/'), 0, -4) + QStringLiteral("/packaging/") + name);
+  QFile file(Q(SamplePath()).section(QLatin1Char('/'), 0, -3) + QStringLiteral("/packaging/") + name);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  return QString::fromUtf8(file.readAll());
+}
+
+QString Read(const std::string& path) {
+  QFile file(QString::fromStdString(path));
   if (!file.open(QIODevice::ReadOnly)) return {};
   return QString::fromUtf8(file.readAll());
 }
@@ -29,8 +38,36 @@ void WriteFile(const std::string& path, const QString& text) {
   file.write(text.toUtf8());
 }
 
+TEST(FileAssociation, WritesADesktopEntryAndAMimeTypeForIpdFiles) {
+  TempFolder data;
+  EXPECT_TRUE(RegisterFileAssociation(QStringLiteral("/opt/orchidlamp/orchidlamp"), QString::fromStdString(data.path())));
+  const QString entry = Read(data.File("applications/orchidlamp.desktop"));
+  EXPECT_TRUE(entry.startsWith(QStringLiteral("[Desktop Entry]\n")));
+  EXPECT_TRUE(entry.contains(QStringLiteral("\nExec=/opt/orchidlamp/orchidlamp %f\n")));
+  EXPECT_TRUE(entry.contains(QStringLiteral("\nMimeType=application/x-orchidlamp-ipd;\n")));
+  const QString mime = Read(data.File("mime/packages/orchidlamp.xml"));
+  EXPECT_TRUE(mime.contains(QStringLiteral("<mime-type type=\"application/x-orchidlamp-ipd\">")));
+  EXPECT_TRUE(mime.contains(QStringLiteral("<glob pattern=\"*.ipd\"/>")));
+
+  // Written again at every start, over what was there.
+  EXPECT_TRUE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), QString::fromStdString(data.path())));
+  EXPECT_TRUE(Read(data.File("applications/orchidlamp.desktop")).contains(QStringLiteral("Exec=/usr/bin/orchidlamp %f")));
+}
+
+TEST(FileAssociation, QuotesAnExecutablePathThatNeedsIt) {
+  EXPECT_TRUE(DesktopEntryText(QStringLiteral("/home/a b/orchidlamp"))
+                  .contains(QStringLiteral("\nExec=\"/home/a b/orchidlamp\" %f\n")));
+  EXPECT_TRUE(DesktopEntryText(QStringLiteral("/home/$x/orchidlamp"))
+                  .contains(QStringLiteral("\nExec=\"/home/\\\\$x/orchidlamp\" %f\n")));
+}
+
+TEST(FileAssociation, AFolderThatCannotBeWrittenIsNoFailureOfTheProgram) {
+  TempFolder data;
+  const std::string blocker = data.Write("file", Bytes{0x78});
+  EXPECT_FALSE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), QString::fromStdString(blocker)));
+}
+
 TEST(InstalledAssociation, APackageEntryInASystemFolderIsFound) {
-  GuiApp();
   TempFolder usrShare;
   TempFolder other;
   EXPECT_FALSE(PackageProvidesAssociation({Q(other.path()), Q(usrShare.path())}));
@@ -44,7 +81,6 @@ TEST(InstalledAssociation, APackageEntryInASystemFolderIsFound) {
 }
 
 TEST(InstalledAssociation, CopiesAnEarlierStartWroteAreRemoved) {
-  GuiApp();
   TempFolder user;
   ASSERT_TRUE(RegisterFileAssociation(QStringLiteral("/home/me/build/orchidlamp"), Q(user.path())));
   ASSERT_TRUE(FileExists(user.File("applications/orchidlamp.desktop")));
@@ -57,7 +93,6 @@ TEST(InstalledAssociation, CopiesAnEarlierStartWroteAreRemoved) {
 }
 
 TEST(InstalledAssociation, FilesAUserEditedStay) {
-  GuiApp();
   TempFolder user;
   ASSERT_TRUE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), Q(user.path())));
   const std::string entry = user.File("applications/orchidlamp.desktop");

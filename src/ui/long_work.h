@@ -1,7 +1,8 @@
 #pragma once
 
-// Long work of the dialogs (splits, merges, loading a second file) run off the
-// window's thread while the window keeps painting. The caller waits here, with
+// Long work without a frozen window. RunResponsive runs work (a load, a save,
+// a split, a merge, reading the merge's second file) off the window's thread
+// while the window keeps painting. The caller waits here, with
 // events processed at least every 30 ms, and gets the work's result back; user
 // input waits until the work is done, so nothing can change what the work reads.
 //

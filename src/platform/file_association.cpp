@@ -1,4 +1,4 @@
-#include "ui/file_association.h"
+#include "platform/file_association.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +10,7 @@ namespace orchidlamp {
 namespace {
 
 // The desktop entry format wants arguments with reserved characters quoted;
-// a plain path stays bare, as the command has always been written.
+// a plain path stays bare, so the usual entry reads "Exec=/path/orchidlamp %f".
 QString ExecArgument(const QString& executable) {
   static const QString kReserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
   bool needsQuotes = false;
