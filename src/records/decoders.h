@@ -29,4 +29,7 @@ extern const RecordDecoder kSmsDecoder, kTaskDecoder, kMemoDecoder, kCallDecoder
 // field 10 (the calendar's after 4 bytes).
 extern const RecordDecoder kContactDecoder, kNestedContactDecoder, kAppointmentDecoder, kNestedAppointmentDecoder;
 
+// Byte 9 of an SMS body: zero means the handheld sent it.
+bool SmsIsSent(ByteView body);
+
 }  // namespace orchidlamp

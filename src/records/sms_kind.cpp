@@ -24,8 +24,6 @@ constexpr std::array<MemberSpec, 6> kMembers = {{
 
 FieldList SmsFields(ByteView body) { return FieldList(ClippedSub(body, kFieldListStart, body.size())); }
 
-// A body too short for the direction byte reads as 0, which is "sent".
-bool IsSent(ByteView body) { return body.size() <= kDirectionByte || body[kDirectionByte] == 0; }
 
 std::string StampText(ByteView body, std::size_t at, double timeZoneHours) {
   const ByteView stamp = ClippedSub(body, at, kStampWidth);
@@ -33,7 +31,7 @@ std::string StampText(ByteView body, std::size_t at, double timeZoneHours) {
 }
 
 void Finish(ByteView body, const FieldList& fields, const DecodeContext& context, MemberList& m) {
-  const bool sent = IsSent(body);
+  const bool sent = SmsIsSent(body);
   m[MemberIndex(kMembers, "Status")].value = sent ? "Sent" : "Received";
   m[MemberIndex(kMembers, "Folder")].value = sent ? "Outbox" : "Inbox";
   m[MemberIndex(kMembers, "SentDate")].value = StampText(body, kFirstStamp, context.timeZoneHours);
@@ -50,7 +48,7 @@ void Finish(ByteView body, const FieldList& fields, const DecodeContext& context
 
 RecordLabel Label(ByteView body, const FieldList& fields) {
   return {RouteText(fields, kMembers[MemberIndex(kMembers, "Number")], false),
-          IsSent(body) ? ImageKey::sent : ImageKey::receivedsms};
+          SmsIsSent(body) ? ImageKey::sent : ImageKey::receivedsms};
 }
 
 constexpr auto kIdentity = MemberIndices(kMembers, {"Number"});
@@ -67,6 +65,9 @@ constexpr FrameLayout kFrame{"SMSmessages", "SMS Messages", kBoxes};
 static_assert(FrameShowsEachMemberOnce(kMembers, kFrame));
 
 }  // namespace
+
+// A body too short for the direction byte reads as 0, which is "sent".
+bool SmsIsSent(ByteView body) { return body.size() <= kDirectionByte || body[kDirectionByte] == 0; }
 
 const RecordForm kSmsForm = {
     kMembers,
