@@ -29,6 +29,7 @@ Status CliContext::Open(const std::string& path) {
 // file system's own bytes, so they are printed as they are.
 int CliContext::Report(const Failure& failure) {
   std::cerr << failure.message.text << '\n';
+  if (!failure.message.detail.empty()) std::cerr << failure.message.detail << '\n';
   return kExitFailed;
 }
 

@@ -6,7 +6,8 @@
 //
 // The first tree is copied from the main tree when the dialog is made and the
 // merge reads the main window's loaded bytes when it writes (the dialog is
-// modal). The second file lives in the dialog until another is browsed.
+// modal). The second file lives in the dialog until another is browsed. The
+// copy, the second file's load and the merge run on the background worker.
 
 #include <QDialog>
 #include <optional>
@@ -15,9 +16,11 @@
 #include "editing/second_file.h"
 
 class QLineEdit;
+class QPushButton;
 
 namespace orchidlamp {
 
+class BackgroundWork;
 class SelectionTreeView;
 class UserPrompts;
 class Workspace;
@@ -33,6 +36,7 @@ class frmMerge final : public QDialog {
   DatabaseTree& firstSelection() { return first_; }
   // Null until a second file was loaded.
   SecondFile* second() { return second_ ? &*second_ : nullptr; }
+  BackgroundWork& work() { return *work_; }
 
  public slots:
   void smBrowse_Click();
@@ -46,6 +50,8 @@ class frmMerge final : public QDialog {
   SelectionTreeView* tvwfTree_ = nullptr;
   SelectionTreeView* tvwsTree_ = nullptr;
   QLineEdit* smIPD_ = nullptr;
+  QPushButton* btnMerge_ = nullptr;
+  BackgroundWork* work_ = nullptr;
 };
 
 }  // namespace orchidlamp

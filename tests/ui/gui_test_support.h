@@ -9,6 +9,8 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
 #include <deque>
 #include <optional>
 #include <string>
@@ -50,6 +52,20 @@ inline QModelIndex RecordIndex(const QAbstractItemModel& m, const QString& db, c
       if (m.index(r, 0, dbIndex).data().toString() == text) return m.index(r, 0, dbIndex);
   }
   return {};
+}
+
+// Long work runs on a window's or dialog's background worker: wait for it as a
+// user would, with the event loop running.
+template <class Owner>
+void WaitForWork(Owner& owner) {
+  for (int i = 0; i < 20000 && owner.work().busy(); ++i) QTest::qWait(1);
+  QCoreApplication::processEvents();
+}
+
+// A click on a node of a tree view (the view follows clicks, not selections).
+inline void ClickNode(QTreeView* tree, const QModelIndex& index) {
+  tree->setCurrentIndex(index);
+  emit tree->clicked(index);
 }
 
 // Clears the stored settings so every test starts from the defaults.
