@@ -45,6 +45,7 @@
 #include "ui/tree_search.h"
 #include "ui/user_prompts.h"
 #include "ui/window_memory.h"
+#include "ui/work_bar.h"
 
 namespace orchidlamp {
 namespace {
@@ -125,7 +126,9 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   setCentralWidget(splitter_);
 
   work_ = new BackgroundWork(this);
-  connect(work_, &BackgroundWork::progressed, this, &frmMain::ShowProgress);
+  connect(work_, &BackgroundWork::progressed, this, [this](int permille) {
+    if (mediaFrame_->isVisible()) mediaFrame_->ShowProgress(permille);
+  });
   recent_ = StoredRecentFiles();
   BuildMenus();
   BuildStatusBar();
@@ -135,10 +138,6 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   if (!restoreGeometry(StoredWindowState(QStringLiteral("Geometry")))) Centre();
   splitter_->restoreState(StoredWindowState(QStringLiteral("Splitter")));
 
-  timer1_ = new QTimer(this);
-  timer1_->setObjectName(QStringLiteral("Timer1"));
-  timer1_->setInterval(30);
-  connect(timer1_, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
   if (!qEnvironmentVariableIsSet("ORCHIDLAMP_NO_ASSOCIATION"))
     (void)RegisterFileAssociation(QCoreApplication::applicationFilePath());
@@ -147,7 +146,8 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   Refresh();
 }
 
-frmMain::~frmMain() = default;
+// The worker reads the workspace: it must end before the members go.
+frmMain::~frmMain() { work_->Abandon(); }
 
 EditSBForm* frmMain::editor() const { return editor_.data(); }
 
@@ -216,22 +216,8 @@ void frmMain::BuildStatusBar() {
   sbrDB->addWidget(mainPanel_);
   sbrDB->addWidget(detailsPanel_, 1);
 
-  waitFrame_ = new QFrame(sbrDB);
-  waitFrame_->setObjectName(QStringLiteral("wait_frame"));
-  auto* waitLayout = new QHBoxLayout(waitFrame_);
-  waitLayout->setContentsMargins(0, 0, 0, 0);
-  pg_ = new QProgressBar(waitFrame_);
-  pg_->setObjectName(QStringLiteral("pg"));
-  pg_->setRange(0, 100);
-  pg_->setTextVisible(false);
-  pg_->setFixedWidth(160);
-  waitLayout->addWidget(pg_);
-  cancel_ = new QPushButton(QStringLiteral("Cancel"), waitFrame_);
-  cancel_->setObjectName(QStringLiteral("CancelWork"));
-  connect(cancel_, &QPushButton::clicked, work_, &BackgroundWork::Cancel);
-  waitLayout->addWidget(cancel_);
-  sbrDB->addPermanentWidget(waitFrame_);
-  waitFrame_->hide();
+  // The busy bar pg with its timer Timer1, and Cancel.
+  sbrDB->addPermanentWidget(new WorkBar(*work_, QStringLiteral("pg"), QStringLiteral("Timer1"), sbrDB));
 }
 
 // Menu pictures by (menu, item) position; separators count as items.
@@ -279,24 +265,9 @@ void frmMain::ShowBusy(bool busy) {
     mSaveas_->setEnabled(false);
     mServicebook_->menuAction()->setEnabled(false);
     mManipulate_->menuAction()->setEnabled(false);
-    pg_->setRange(0, 100);
-    pg_->setValue(0);
-    waitFrame_->show();
-    timer1_->start();
   } else {
-    timer1_->stop();
-    waitFrame_->hide();
     Refresh();
   }
-}
-
-// A work that knows its size shows it; the others keep the busy animation.
-void frmMain::ShowProgress(int permille) {
-  if (mediaFrame_->isVisible()) mediaFrame_->ShowProgress(permille);
-  if (permille < 0) return;
-  timer1_->stop();
-  pg_->setRange(0, 1000);
-  pg_->setValue(permille);
 }
 
 void frmMain::Centre() {
@@ -304,11 +275,6 @@ void frmMain::Centre() {
   if (!screen) return;
   const QRect area = screen->availableGeometry();
   move(area.x() + (area.width() - width()) / 2, area.y() + (area.height() - height()) / 2);
-}
-
-void frmMain::Timer1_Timer() {
-  pg_->setVisible(true);
-  pg_->setValue(pg_->value() + 1 >= 100 ? 1 : pg_->value() + 1);
 }
 
 void frmMain::RebuildRecentMenu() {

@@ -102,12 +102,10 @@ class frmMain final : public QMainWindow {
   void Refresh();
   void NodeClicked(const QModelIndex& index);
   void ShowBusy(bool busy);
-  void ShowProgress(int permille);
   void LoadDone(const QString& path, const Status& status);
   void RebuildRecentMenu();
   void RunExport(int form);
   void RunMedia(bool png);
-  void Timer1_Timer();
   void CloseSplash();
   void Centre();
   static std::optional<QString> DroppedPath(const QMimeData* data);
@@ -124,10 +122,6 @@ class frmMain final : public QMainWindow {
   MediaFrame* mediaFrame_ = nullptr;
   QLabel* mainPanel_ = nullptr;
   QLabel* detailsPanel_ = nullptr;
-  QFrame* waitFrame_ = nullptr;
-  QProgressBar* pg_ = nullptr;
-  QTimer* timer1_ = nullptr;
-  QPushButton* cancel_ = nullptr;
   QSplitter* splitter_ = nullptr;
   BackgroundWork* work_ = nullptr;
   QAction* mOpen_ = nullptr;

@@ -14,6 +14,7 @@
 #include "ui/background_work.h"
 #include "ui/selection_tree_view.h"
 #include "ui/user_prompts.h"
+#include "ui/work_bar.h"
 
 namespace orchidlamp {
 namespace {
@@ -43,10 +44,10 @@ frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   smIPD_ = new QLineEdit(secondFrame);
   smIPD_->setObjectName(QStringLiteral("smIPD"));
   smIPD_->setReadOnly(true);
-  auto* browse = new QPushButton(QStringLiteral("Browse..."), secondFrame);
-  browse->setObjectName(QStringLiteral("smBrowse"));
+  smBrowse_ = new QPushButton(QStringLiteral("Browse..."), secondFrame);
+  smBrowse_->setObjectName(QStringLiteral("smBrowse"));
   browseRow->addWidget(smIPD_, 1);
-  browseRow->addWidget(browse);
+  browseRow->addWidget(smBrowse_);
   secondLayout->addLayout(browseRow);
   tvwsTree_ = new SelectionTreeView(QStringLiteral("tvwsTree"), secondFrame);
   secondLayout->addWidget(tvwsTree_);
@@ -60,21 +61,25 @@ frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   btnMerge_->setObjectName(QStringLiteral("btnMerge"));
   auto* exit = new QPushButton(QStringLiteral("Exit"), this);
   exit->setObjectName(QStringLiteral("btnExit"));
+  buttons->addWidget(new WorkBar(*work_, QStringLiteral("pg"), QStringLiteral("Timer1"), this));
   buttons->addWidget(btnMerge_);
   buttons->addWidget(exit);
   layout->addLayout(buttons);
-  connect(browse, &QPushButton::clicked, this, &frmMerge::smBrowse_Click);
+  connect(smBrowse_, &QPushButton::clicked, this, &frmMerge::smBrowse_Click);
   connect(btnMerge_, &QPushButton::clicked, this, &frmMerge::btnMerge_Click);
   connect(exit, &QPushButton::clicked, this, &QDialog::close);
   resize(820, 540);
-  setEnabled(false);
+  SetBusy(true);
   work_->Start<DatabaseTree>([&ws](Progress&) { return LoadSelectionTree(ws.tree()); },
                              [this](DatabaseTree tree) {
                                first_ = std::move(tree);
                                tvwfTree_->SetTree(&first_);
-                               setEnabled(true);
+                               SetBusy(false);
                              });
 }
+
+// The worker reads the selection trees: it must end before the members go.
+frmMerge::~frmMerge() { work_->Abandon(); }
 
 void frmMerge::smBrowse_Click() {
   const auto chosen = prompts_.ChooseFileToOpen(this, DialogFilter(kIpdFilter));
@@ -82,12 +87,12 @@ void frmMerge::smBrowse_Click() {
   smIPD_->setText(chosen->path);
   const std::string path = ToPath(chosen->path);
   const RecordLabeller& labeller = ws_.labeller();
-  setEnabled(false);
+  SetBusy(true);
   // The old tree stays shown until the new file is in.
   using Loaded = decltype(BrowseSecondFile(path, labeller));
   work_->Start<Loaded>([path, &labeller](Progress&) { return BrowseSecondFile(path, labeller); },
                        [this](Loaded loaded) {
-                         setEnabled(true);
+                         SetBusy(false);
                          tvwsTree_->SetTree(nullptr);
                          second_.reset();
                          if (!loaded) {
@@ -103,7 +108,7 @@ void frmMerge::btnMerge_Click() {
   const auto chosen = prompts_.ChooseFileToSave(this, DialogFilter(kIpdFilter));
   if (!chosen || chosen->path.isEmpty()) return;
   const std::string path = ToPath(chosen->path);
-  setEnabled(false);
+  SetBusy(true);
   using Done = Result<std::optional<Message>>;
   work_->Start<Done>(
       [this, path](Progress&) {
@@ -113,13 +118,17 @@ void frmMerge::btnMerge_Click() {
         return Merge(first, second, path);
       },
       [this](Done done) {
-        setEnabled(true);
+        SetBusy(false);
         if (!done) {
           prompts_.Tell(this, done.failure().message);
           return;
         }
         if (done.value()) prompts_.Tell(this, *done.value());
       });
+}
+
+void frmMerge::SetBusy(bool busy) {
+  for (QWidget* w : std::initializer_list<QWidget*>{tvwfTree_, tvwsTree_, smBrowse_, btnMerge_}) w->setEnabled(!busy);
 }
 
 }  // namespace orchidlamp

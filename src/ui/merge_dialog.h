@@ -29,6 +29,7 @@ class frmMerge final : public QDialog {
   Q_OBJECT
  public:
   frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent = nullptr);
+  ~frmMerge() override;
 
   SelectionTreeView* tvwfTree() const { return tvwfTree_; }
   SelectionTreeView* tvwsTree() const { return tvwsTree_; }
@@ -43,6 +44,8 @@ class frmMerge final : public QDialog {
   void btnMerge_Click();
 
  private:
+  void SetBusy(bool busy);
+
   const Workspace& ws_;
   UserPrompts& prompts_;
   DatabaseTree first_;
@@ -50,6 +53,7 @@ class frmMerge final : public QDialog {
   SelectionTreeView* tvwfTree_ = nullptr;
   SelectionTreeView* tvwsTree_ = nullptr;
   QLineEdit* smIPD_ = nullptr;
+  QPushButton* smBrowse_ = nullptr;
   QPushButton* btnMerge_ = nullptr;
   BackgroundWork* work_ = nullptr;
 };

@@ -12,6 +12,7 @@
 #include "ui/background_work.h"
 #include "ui/selection_tree_view.h"
 #include "ui/user_prompts.h"
+#include "ui/work_bar.h"
 
 namespace orchidlamp {
 
@@ -37,38 +38,47 @@ frmSplit::frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   buttons->addStretch(1);
   btnSplit_ = new QPushButton(QStringLiteral("Split Selected"), this);
   btnSplit_->setObjectName(QStringLiteral("btnSplit"));
-  btnSplit_->setEnabled(false);
   auto* exit = new QPushButton(QStringLiteral("Exit"), this);
   exit->setObjectName(QStringLiteral("btnExit"));
+  buttons->addWidget(new WorkBar(*work_, QStringLiteral("pg"), QStringLiteral("Timer1"), this));
   buttons->addWidget(btnSplit_);
   buttons->addWidget(exit);
   layout->addLayout(buttons);
   connect(btnSplit_, &QPushButton::clicked, this, &frmSplit::btnSplit_Click);
   connect(exit, &QPushButton::clicked, this, &QDialog::close);
   resize(460, 520);
+  SetBusy(true);
   work_->Start<DatabaseTree>([&ws](Progress&) { return LoadSelectionTree(ws.tree()); },
                              [this](DatabaseTree tree) {
                                selection_ = std::move(tree);
                                tvwTree_->SetTree(&selection_);
-                               btnSplit_->setEnabled(true);
+                               SetBusy(false);
                              });
 }
+
+// The worker reads the selection tree: it must end before the members go.
+frmSplit::~frmSplit() { work_->Abandon(); }
 
 void frmSplit::btnSplit_Click() {
   const auto chosen = prompts_.ChooseFileToSave(this, DialogFilter("IPD Files (*.ipd)|*.ipd"));
   if (!chosen || chosen->path.isEmpty()) return;
   const std::string path = ToPath(chosen->path);
-  setEnabled(false);
+  SetBusy(true);
   using Done = Result<std::optional<Message>>;
   work_->Start<Done>([this, path](Progress&) { return Split(selection_, ws_.file().View(), path); },
                      [this](Done done) {
-                       setEnabled(true);
+                       SetBusy(false);
                        if (!done) {
                          prompts_.Tell(this, done.failure().message);
                          return;
                        }
                        if (done.value()) prompts_.Tell(this, *done.value());
                      });
+}
+
+void frmSplit::SetBusy(bool busy) {
+  tvwTree_->setEnabled(!busy);
+  btnSplit_->setEnabled(!busy);
 }
 
 }  // namespace orchidlamp

@@ -25,6 +25,7 @@ class frmSplit final : public QDialog {
   Q_OBJECT
  public:
   frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent = nullptr);
+  ~frmSplit() override;
 
   SelectionTreeView* tvwTree() const { return tvwTree_; }
   DatabaseTree& selection() { return selection_; }
@@ -34,6 +35,8 @@ class frmSplit final : public QDialog {
   void btnSplit_Click();
 
  private:
+  void SetBusy(bool busy);
+
   const Workspace& ws_;
   UserPrompts& prompts_;
   DatabaseTree selection_;
