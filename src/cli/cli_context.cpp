@@ -21,16 +21,23 @@ CliContext::CliContext(GlobalOptions options) : ws_(labeller_) {
   programFolder_ = options.programDir ? *options.programDir : DefaultProgramFolder();
   ws_.folders().program = programFolder_;
   if (options.outDir) ws_.folders().output = *options.outDir;
+  keepGoing_ = options.keepGoing;
 }
 
 Status CliContext::Open(const std::string& path) {
-  return OpenBackup(ws_, path, BackupKindOf(path), settings_);
+  Status opened = OpenBackup(ws_, path, BackupKindOf(path), settings_);
+  // The menus open after a walk that read the name table, whole or not.
+  if (opened || !keepGoing_ || !ws_.menus().saveAs) return opened;
+  (void)Report(opened.failure());
+  partial_ = true;
+  return Ok();
 }
 
 // Messages are the system's fixed texts with file paths in them; paths are the
 // file system's own bytes, so they are printed as they are.
 int CliContext::Report(const Failure& failure) {
   std::cerr << failure.message.text << '\n';
+  if (!failure.message.detail.empty()) std::cerr << failure.message.detail << '\n';
   return kExitFailed;
 }
 

@@ -18,12 +18,15 @@ namespace orchidlamp::cli {
 inline constexpr int kExitOk = 0;
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitUsage = 2;
+// --keep-going ran the command on a backup that was read only in part.
+inline constexpr int kExitPartial = 3;
 
 struct GlobalOptions {
   std::optional<std::string> timeZone;
   std::optional<std::string> delimiter;
   std::optional<std::string> programDir;
   std::optional<std::string> outDir;
+  bool keepGoing = false;
 };
 
 class CliContext {
@@ -34,8 +37,13 @@ class CliContext {
   const StoredSettings& settings() const { return settings_; }
   const std::string& programFolder() const { return programFolder_; }
 
-  // Opens FILE as the window's open flow does (a BBB is converted first).
+  // Opens FILE as the window's open flow does (a BBB is converted first). With
+  // --keep-going a load that fails part way prints its message and succeeds
+  // with what was read, as the window lets its user go on.
   Status Open(const std::string& path);
+  // The command's exit status, made kExitPartial when it ran to its end on a
+  // backup read in part.
+  int Finish(int exitCode) const { return exitCode == kExitOk && partial_ ? kExitPartial : exitCode; }
 
   // Information texts go to standard output, warnings and errors to standard error.
   int Report(const Failure& failure);
@@ -46,6 +54,8 @@ class CliContext {
   Workspace ws_;
   StoredSettings settings_;
   std::string programFolder_;
+  bool keepGoing_ = false;
+  bool partial_ = false;
 };
 
 // 8-bit record text as one line of UTF-8: backslash, tab, CR, LF and other

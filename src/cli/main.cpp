@@ -19,6 +19,7 @@ constexpr const char* kGlobalOptions =
     "  --delimiter TEXT    CSV delimiter setting (\",\", \";\", \"TAB\", \"SPACE\", \"< >\", ...)\n"
     "  --program-dir DIR   where media and contact pictures are written\n"
     "  --out-dir DIR       where exports and edited backups are written\n"
+    "  --keep-going        run the command on what a damaged backup let be read\n"
     "  --help, -h          this text; COMMAND --help for one command\n"
     "  --version           the program's version\n";
 
@@ -33,7 +34,8 @@ int PrintHelp() {
   std::cout << "\n"
             << kGlobalOptions
             << "\nFILE may be an IPD or a BBB desktop backup. Exit status: 0 done, 1 stopped with a\n"
-               "message on standard error, 2 malformed command line.\n"
+               "message on standard error, 2 malformed command line, 3 done with --keep-going on a\n"
+               "backup read only in part.\n"
                "\nexample: orchidlamp-cli tree samples/sample.ipd\n"
                "See orchidlamp-cli COMMAND --help and man orchidlamp-cli.\n";
   return kExitOk;
@@ -108,6 +110,7 @@ int main(int argc, char** argv) {
     else if (word == "--delimiter") ok = value(globals.delimiter);
     else if (word == "--program-dir") ok = value(globals.programDir);
     else if (word == "--out-dir") ok = value(globals.outDir);
+    else if (word == "--keep-going") globals.keepGoing = true;
     // Before the command name only global options may stand; after it the
     // command's own parser names what it does not know.
     else if (rest.empty() && word.size() > 1 && word[0] == '-') return UsageError("unknown option '" + word + "'");
@@ -119,5 +122,5 @@ int main(int argc, char** argv) {
   if (!command) return UsageError("unknown command '" + rest.front() + "'");
   if (wantsHelp) return PrintCommandHelp(*command);
   CliContext context(globals);
-  return command->run(context, std::vector<std::string>(rest.begin() + 1, rest.end()));
+  return context.Finish(command->run(context, std::vector<std::string>(rest.begin() + 1, rest.end())));
 }

@@ -159,15 +159,25 @@ Result<Message> SaveBackupAs(const std::string& openPath, const std::string& tar
   auto work = CreateWorkFolder(tempRoot, clock);
   if (!work) return failed;
   Status saved = [&]() -> Status {
-    switch (kind) {
-      case SaveKind::WindowsBbb: return WriteWindowsBackup(openPath, work->folder, target, progress);
-      case SaveKind::MacBbb: return WriteMacBackup(openPath, work->folder, target, progress);
-      case SaveKind::Ipd: return CopyToTarget(openPath, target);
+    try {
+      switch (kind) {
+        case SaveKind::WindowsBbb: return WriteWindowsBackup(openPath, work->folder, target, progress);
+        case SaveKind::MacBbb: return WriteMacBackup(openPath, work->folder, target, progress);
+        case SaveKind::Ipd: return CopyToTarget(openPath, target);
+      }
+    } catch (const WorkCancelled&) {
+      RemoveFolderTree(work->folder);
+      throw;
     }
     return Fail(std::string(kConvertError));
   }();
   RemoveFolderTree(work->folder);
-  if (!saved) return failed;
+  if (!saved) {
+    // The fixed text stays; the reason goes behind it.
+    Failure withReason = failed;
+    if (saved.failure().message.text != kConvertError) withReason.message.detail = saved.failure().message.text;
+    return withReason;
+  }
   return Message{std::string(kSavedPrefix) + target, {}, MessageIcon::Information};
 }
 

@@ -18,8 +18,15 @@ Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const
                   Progress* progress) {
   if (kind == BackupKind::Ipd) return ws.Load(path, settings, progress);
   auto ipd = ConvertDesktopBackup(path, ws.clock(), SystemTempFolder(), progress);
-  if (!ipd) return ipd.failure();
-  return ws.Load(ipd.value(), settings, progress);
+  if (ipd) return ws.Load(ipd.value(), settings, progress);
+  // What cannot be read as a desktop backup is loaded as the IPD it may be (an
+  // IPD named ".bbb" opens); when that fails too, the desktop-backup reason
+  // says why the file was not read as one.
+  Status loaded = ws.Load(path, settings, progress);
+  if (loaded) return loaded;
+  Failure failure = loaded.failure();
+  failure.message.detail = ipd.failure().message.text;
+  return failure;
 }
 
 }  // namespace orchidlamp

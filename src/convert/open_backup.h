@@ -19,8 +19,8 @@ BackupKind BackupKindOf(const std::string& path);
 
 // For a BBB the workspace then holds the temporary IPD under the system
 // temporary folder: its path is the root node's text and the folder exports go
-// to, as it has always been. A BBB that cannot be converted fails with the
-// reason and leaves the workspace as it was.
+// to. A BBB that cannot be converted is loaded as an IPD; when that fails too,
+// the loader's failure carries the desktop-backup reason as its detail.
 Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
                   Progress* progress = nullptr);
 

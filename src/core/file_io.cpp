@@ -39,12 +39,24 @@ Status WriteAll(int fd, const std::string& path, ByteView bytes) {
   return Ok();
 }
 
+// Opens for writing and says whether the open made the file: a writer that
+// cannot finish removes a file it made, never one that was there before.
+int OpenForWriting(const std::string& path, int flags, bool& created) {
+  int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | flags, 0644);
+  created = fd >= 0;
+  if (fd < 0 && errno == EEXIST) fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | flags);
+  return fd;
+}
+
 Status WriteWithFlags(const std::string& path, ByteView bytes, int flags) {
   struct stat st {};
   if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail("Cannot write " + path + ": it is a folder");
-  const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0644);
+  bool created = false;
+  const int fd = OpenForWriting(path, flags, created);
   if (fd < 0) return IoFailure("Cannot write", path);
-  return WriteAll(fd, path, bytes);
+  Status written = WriteAll(fd, path, bytes);
+  if (!written && created) ::unlink(path.c_str());
+  return written;
 }
 
 }  // namespace
@@ -119,13 +131,14 @@ BufferedFileWriter::BufferedFileWriter(const std::string& path, Mode mode, std::
     failure_ = Fail("Cannot write " + path + ": it is a folder");
     return;
   }
-  const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | (mode == Mode::Truncating ? O_TRUNC : 0);
-  fd_ = ::open(path.c_str(), flags, 0644);
+  fd_ = OpenForWriting(path, mode == Mode::Truncating ? O_TRUNC : 0, created_);
   if (fd_ < 0) failure_ = IoFailure("Cannot write", path);
 }
 
 BufferedFileWriter::~BufferedFileWriter() {
   if (fd_ >= 0) ::close(fd_);
+  // Abandoned (a command stopped or was cancelled part way) or failed.
+  if (!finished_ && created_) ::unlink(path_.c_str());
 }
 
 void BufferedFileWriter::Append(ByteView bytes) {
@@ -155,6 +168,7 @@ Status BufferedFileWriter::Finish() {
   const int fd = fd_;
   fd_ = -1;
   if (::close(fd) != 0) return IoFailure("Cannot write", path_);
+  finished_ = true;
   return Ok();
 }
 

@@ -21,8 +21,9 @@ Result<Bytes> ReadWholeFile(const std::string& path);
 // hint only: it never fails and changes no content.
 void PreferHugePages(const void* data, std::size_t size);
 
-// Writes from offset 0 without truncating: an existing longer file keeps its tail.
-// This is how the backup writers have always written; keep it.
+// Writes from offset 0 without truncating: an existing longer file keeps its tail,
+// as the backup writers require. A file the write created and could not finish
+// is removed; an existing one stays as far as it was written.
 Status WriteInPlace(const std::string& path, ByteView bytes);
 
 // Creates or truncates, then writes.
@@ -37,8 +38,9 @@ Status WriteConcatenated(const std::string& path, std::initializer_list<ByteView
 // file of any size costs the buffer, not its size, in fresh memory. The file is
 // opened by the constructor, in place (no truncation, as WriteInPlace) or
 // truncating; a failure to open or write is kept, later appends are dropped, and
-// Finish() reports it with WriteInPlace's texts. Callers check everything that
-// can fail before the first append, so a failed build never leaves a partial file.
+// Finish() reports it with WriteInPlace's texts. A writer destroyed before a
+// successful Finish() (a failure, a command stopped or cancelled part way)
+// removes the file if its constructor created it.
 class BufferedFileWriter {
  public:
   enum class Mode { InPlace, Truncating };
@@ -67,6 +69,8 @@ class BufferedFileWriter {
 
   std::string path_;
   int fd_ = -1;
+  bool created_ = false;
+  bool finished_ = false;
   Bytes buffer_;
   std::size_t used_ = 0;
   std::optional<Failure> failure_;

@@ -14,6 +14,10 @@ struct Message {
   std::string text;
   std::string title;
   MessageIcon icon = MessageIcon::None;
+  // What lies behind the text (the system's reason for a failed write, the
+  // desktop-backup reason behind a loader message): the window's detailed text,
+  // the command line's second line.
+  std::string detail{};
 
   bool operator==(const Message&) const = default;
 };

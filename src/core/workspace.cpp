@@ -51,9 +51,10 @@ Status Workspace::Load(const std::string& path, const StoredSettings& settings, 
   for (int k = static_cast<int>(Kind::SmsMessages); k < kKindCount; ++k) slots_[static_cast<std::size_t>(k)] = -1;
   counters_ = {};
   Status loaded = LoadIndex(progress);
-  if (!loaded) return loaded;
+  // A walk that stops part way keeps what it read: that part can be exported,
+  // split or converted like a whole backup.
   if (tree_.size() >= 2) menus_.saveAs = menus_.manipulate = true;
-  return Ok();
+  return loaded;
 }
 
 Status Workspace::LoadIndex(Progress* progress) {
@@ -90,10 +91,9 @@ Status Workspace::LoadIndex(Progress* progress) {
     ++counters_[static_cast<std::size_t>(*kind)];
     if (*kind == Kind::ServiceBook) menus_.servicebook = true;
   });
-  if (!walked) return walked;
-
   status_.main = FileNameOf(file_.path);
   for (const auto& [kind, text] : kStatusCounts) status_.details += std::to_string(Counter(kind)) + std::string(text);
+  if (!walked) return walked;
   Report(progress, bytes.size(), bytes.size());
   return Ok();
 }

@@ -58,8 +58,9 @@ class Workspace {
   explicit Workspace(const RecordLabeller& labeller, Clock clock = SystemClock());
 
   // Loads an IPD file: reads it, rebuilds the tree and the index, fills the
-  // status bar. Failures carry the loader's messages; the tree keeps what was
-  // built before the failure.
+  // status bar. Failures carry the loader's messages; after a walk that fails
+  // part way the tree, the counters, the status bar and the menus hold what
+  // was read.
   Status Load(const std::string& path, const StoredSettings& settings, Progress* progress = nullptr);
 
   const LoadedFile& file() const { return file_; }

@@ -146,8 +146,10 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
     } else {
       walk.ExportTree(tree.Root());
     }
+  } catch (const WorkCancelled&) {
+    throw;  // the writer removes the file it created
   } catch (const CommandError& e) {
-    // What was printed before the fault stays in the file, as it always has.
+    // What was printed before the fault stays in the file.
     fault = Fail(e.what());
   }
 

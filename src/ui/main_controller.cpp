@@ -33,7 +33,14 @@ Status MainController::Open(const QString& path, BackupKind kind, Progress* prog
 }
 
 Status MainController::Load(const QString& path, BackupKind kind, Progress* progress) {
-  return OpenBackup(ws_, ToPath(path), kind, ReadStoredSettings(), progress);
+  const std::string file = ToPath(path);
+  const StoredSettings settings = ReadStoredSettings();
+  Status status = OpenBackup(ws_, file, kind, settings, progress);
+  // A desktop backup picked under the IPD filter opens by what it holds (the
+  // desktop-backup route already falls back to loading an IPD).
+  if (!status && ws_.tree().size() < 2 && kind == BackupKind::Ipd && BackupKindOf(file) == BackupKind::Bbb)
+    status = OpenBackup(ws_, file, BackupKind::Bbb, settings, progress);
+  return status;
 }
 
 ClickResult MainController::Click(NodeId node) {

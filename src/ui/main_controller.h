@@ -43,7 +43,8 @@ class MainController final : public QObject {
   Status Open(const QString& path, BackupKind kind, Progress* progress = nullptr);
   // Open without the changed() signal, so it may run off the window's thread
   // while nothing else touches the workspace; the caller signals afterwards
-  // with Loaded().
+  // with Loaded(). A file whose kind the chosen route got wrong is opened by
+  // its content.
   Status Load(const QString& path, BackupKind kind, Progress* progress = nullptr);
   void Loaded() { emit changed(); }
 

@@ -5,7 +5,9 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QPushButton>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,30 +23,51 @@
 #include <QTreeView>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <functional>
 
 #include "convert/desktop_backup_writer.h"
 #include "editing/service_book_editor.h"
 #include "export/media_extraction.h"
 #include "ui/detail_panels.h"
 #include "ui/export_frame.h"
+#include "ui/background_work.h"
 #include "ui/display_text.h"
 #include "platform/file_association.h"
 #include "ui/media_frame.h"
 #include "ui/merge_dialog.h"
 #include "ui/options_dialog.h"
 #include "platform/program_folder.h"
-#include "ui/long_work.h"
 #include "ui/service_book_dialog.h"
 #include "ui/split_dialog.h"
 #include "ui/splash_window.h"
 #include "ui/tree_model.h"
 #include "ui/tree_search.h"
 #include "ui/user_prompts.h"
+#include "ui/window_memory.h"
+#include "ui/work_bar.h"
 
 namespace orchidlamp {
 namespace {
 
 QString FromStd(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
+
+// tvwMain: a keyboard move onto a node counts as a click on it, as a user takes
+// it; a selection Qt makes by itself (focus coming back, a reset) does not.
+class NodeTree final : public QTreeView {
+ public:
+  NodeTree(QWidget* parent, std::function<void(const QModelIndex&)> keyed) : QTreeView(parent), keyed_(std::move(keyed)) {}
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const QModelIndex before = currentIndex();
+    QTreeView::keyPressEvent(event);
+    if (currentIndex() != before && currentIndex().isValid()) keyed_(currentIndex());
+  }
+
+ private:
+  std::function<void(const QModelIndex&)> keyed_;
+};
 
 }  // namespace
 
@@ -58,7 +81,7 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   setWindowIcon(icons_.Named(QStringLiteral("splash")));
   setAcceptDrops(true);
 
-  tvwMain_ = new QTreeView(this);
+  tvwMain_ = new NodeTree(this, [this](const QModelIndex& index) { NodeClicked(index); });
   tvwMain_->setObjectName(QStringLiteral("tvwMain"));
   tvwMain_->setHeaderHidden(true);
   tvwMain_->setUniformRowHeights(true);
@@ -66,8 +89,8 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   tvwMain_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   model_ = new TreeModel(controller_.workspace().tree(), icons_, this);
   tvwMain_->setModel(model_);
-  connect(tvwMain_->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& current) { NodeClicked(current); });
+  // A click on the node already selected runs the click again.
+  connect(tvwMain_, &QTreeView::clicked, this, [this](const QModelIndex& index) { NodeClicked(index); });
 
   panels_ = new DetailPanels(this);
   connect(panels_, &DetailPanels::serviceBookBoxEdited, this, [this](int box, const QString& text) {
@@ -93,25 +116,28 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   rightLayout->addWidget(mediaFrame_);
   rightLayout->addWidget(detailScroll, 1);
 
-  auto* splitter = new QSplitter(Qt::Horizontal, this);
-  splitter->addWidget(tvwMain_);
-  splitter->addWidget(right);
-  splitter->setStretchFactor(0, 2);
-  splitter->setStretchFactor(1, 3);
-  splitter->setSizes({340, 560});
-  setCentralWidget(splitter);
+  splitter_ = new QSplitter(Qt::Horizontal, this);
+  splitter_->setObjectName(QStringLiteral("Splitter"));
+  splitter_->addWidget(tvwMain_);
+  splitter_->addWidget(right);
+  splitter_->setStretchFactor(0, 2);
+  splitter_->setStretchFactor(1, 3);
+  splitter_->setSizes({340, 560});
+  setCentralWidget(splitter_);
 
+  work_ = new BackgroundWork(this);
+  connect(work_, &BackgroundWork::progressed, this, [this](int permille) {
+    if (mediaFrame_->isVisible()) mediaFrame_->ShowProgress(permille);
+  });
+  recent_ = StoredRecentFiles();
   BuildMenus();
   BuildStatusBar();
   connect(&controller_, &MainController::changed, this, &frmMain::Refresh);
 
   resize(920, 620);
-  Centre();
+  if (!restoreGeometry(StoredWindowState(QStringLiteral("Geometry")))) Centre();
+  splitter_->restoreState(StoredWindowState(QStringLiteral("Splitter")));
 
-  timer1_ = new QTimer(this);
-  timer1_->setObjectName(QStringLiteral("Timer1"));
-  timer1_->setInterval(30);
-  connect(timer1_, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
   if (!qEnvironmentVariableIsSet("ORCHIDLAMP_NO_ASSOCIATION"))
     (void)RegisterFileAssociation(QCoreApplication::applicationFilePath());
@@ -120,7 +146,8 @@ frmMain::frmMain(std::string programFolder, UserPrompts* prompts, QWidget* paren
   Refresh();
 }
 
-frmMain::~frmMain() = default;
+// The worker reads the workspace: it must end before the members go.
+frmMain::~frmMain() { work_->Abandon(); }
 
 EditSBForm* frmMain::editor() const { return editor_.data(); }
 
@@ -137,9 +164,14 @@ void frmMain::BuildMenus() {
 
   QMenu* mFile = bar->addMenu(QStringLiteral("&File"));
   mFile->setObjectName(QStringLiteral("mFile"));
-  QAction* mOpen = AddItem(mFile, "mOpen", QStringLiteral("&Open..."), &frmMain::mOpen_Click);
-  mOpen->setShortcut(QKeySequence::Open);
+  mOpen_ = AddItem(mFile, "mOpen", QStringLiteral("&Open..."), &frmMain::mOpen_Click);
+  mOpen_->setShortcut(QKeySequence::Open);
   mSaveas_ = AddItem(mFile, "mSaveas", QStringLiteral("&Save As/Convert To..."), &frmMain::mSaveas_Click);
+  mFile->addSeparator();
+  mRecent_ = mFile->addMenu(QStringLiteral("&Recent Files"));
+  mRecent_->setObjectName(QStringLiteral("mRecent"));
+  mRecent_->menuAction()->setObjectName(QStringLiteral("mRecent"));
+  RebuildRecentMenu();
   mFile->addSeparator();
   QAction* mExit = AddItem(mFile, "mExit", QStringLiteral("E&xit"), &frmMain::mExit_Click);
   mExit->setShortcut(QKeySequence::Quit);
@@ -184,18 +216,8 @@ void frmMain::BuildStatusBar() {
   sbrDB->addWidget(mainPanel_);
   sbrDB->addWidget(detailsPanel_, 1);
 
-  waitFrame_ = new QFrame(sbrDB);
-  waitFrame_->setObjectName(QStringLiteral("wait_frame"));
-  auto* waitLayout = new QHBoxLayout(waitFrame_);
-  waitLayout->setContentsMargins(0, 0, 0, 0);
-  pg_ = new QProgressBar(waitFrame_);
-  pg_->setObjectName(QStringLiteral("pg"));
-  pg_->setRange(0, 100);
-  pg_->setTextVisible(false);
-  pg_->setFixedWidth(160);
-  waitLayout->addWidget(pg_);
-  sbrDB->addPermanentWidget(waitFrame_);
-  waitFrame_->hide();
+  // The busy bar pg with its timer Timer1, and Cancel.
+  sbrDB->addPermanentWidget(new WorkBar(*work_, QStringLiteral("pg"), QStringLiteral("Timer1"), sbrDB));
 }
 
 // Menu pictures by (menu, item) position; separators count as items.
@@ -225,10 +247,27 @@ void frmMain::Refresh() {
   mainPanel_->setText(FromPath(ws.status().main));
   detailsPanel_->setText(FromStd(ws.status().details));
   detailsPanel_->setVisible(!ws.status().details.empty());
-  if (loading_) return;
+  if (busy()) return;
   mSaveas_->setEnabled(ws.menus().saveAs);
   mServicebook_->menuAction()->setEnabled(ws.menus().servicebook);
   mManipulate_->menuAction()->setEnabled(ws.menus().manipulate);
+}
+
+bool frmMain::busy() const { return loading_ || work_->busy(); }
+
+// While work runs nothing may start a second piece of work or change what the
+// running one reads.
+void frmMain::ShowBusy(bool busy) {
+  mOpen_->setEnabled(!busy);
+  mRecent_->menuAction()->setEnabled(!busy);
+  exportFrame_->setEnabled(!busy);
+  if (busy) {
+    mSaveas_->setEnabled(false);
+    mServicebook_->menuAction()->setEnabled(false);
+    mManipulate_->menuAction()->setEnabled(false);
+  } else {
+    Refresh();
+  }
 }
 
 void frmMain::Centre() {
@@ -238,9 +277,26 @@ void frmMain::Centre() {
   move(area.x() + (area.width() - width()) / 2, area.y() + (area.height() - height()) / 2);
 }
 
-void frmMain::Timer1_Timer() {
-  pg_->setVisible(true);
-  pg_->setValue(pg_->value() + 1 >= 100 ? 1 : pg_->value() + 1);
+void frmMain::RebuildRecentMenu() {
+  mRecent_->clear();
+  for (int i = 0; i < recent_.size(); ++i) {
+    const QString path = recent_[i];
+    QAction* item = mRecent_->addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(path));
+    connect(item, &QAction::triggered, this, [this, path] { OpenRecent(path); });
+  }
+  mRecent_->menuAction()->setEnabled(!recent_.isEmpty() && !busy());
+}
+
+void frmMain::OpenRecent(const QString& path) {
+  if (!QFileInfo::exists(path)) {
+    recent_.removeAll(path);
+    StoreRecentFiles(recent_);
+    RebuildRecentMenu();
+    prompts_.Tell(this, Message{"The file " + ToPath(path) + " no longer exists; it is taken off the recent files.", "",
+                                MessageIcon::Exclamation});
+    return;
+  }
+  OpenFile(path, BackupKindOf(ToPath(path)));
 }
 
 void frmMain::CloseSplash() {
@@ -257,33 +313,41 @@ void frmMain::OpenGivenPath(const QString& path) {
 }
 
 void frmMain::OpenFile(const QString& path, BackupKind kind) {
-  if (loading_) return;
+  if (busy()) return;
   CloseSplash();
   loading_ = true;
+  // The workspace changes on the worker: nothing on this thread reads it until
+  // the load is done.
   model_->Detach();
   panels_->HideAll();
+  exportFrame_->state().visible = false;
+  exportFrame_->Sync();
+  mediaFrame_->hide();
   ResetWindow();
-  waitFrame_->show();
-  timer1_->start();
-  // The load runs off the window's thread: parts of it (reading the file,
-  // converting a desktop backup) report no progress for a while, and the window
-  // must keep painting. The model is detached and user input waits, so nothing
-  // reads the workspace meanwhile.
-  const Status status = RunResponsive([&] { return controller_.Load(path, kind); });
-  controller_.Loaded();
-  timer1_->stop();
-  waitFrame_->hide();
-  model_->Rebuild();
+  ShowBusy(true);
+  work_->Start<Status>([this, path, kind](Progress& progress) { return controller_.Load(path, kind, &progress); },
+                       [this, path](Status status) { LoadDone(path, status); });
+}
+
+void frmMain::LoadDone(const QString& path, const Status& status) {
   loading_ = false;
+  controller_.Loaded();
+  model_->Rebuild();
   // Databases show under the expanded root; each database starts collapsed.
   tvwMain_->expand(model_->IndexOf(controller_.workspace().tree().Root()));
-  panels_->HideAll();
-  Refresh();
-  if (!status) prompts_.Tell(this, status.failure().message);
+  ShowBusy(false);
+  const bool cancelled = work_->cancelRequested();
+  if (controller_.workspace().tree().size() >= 2) {
+    recent_ = WithRecentFile(recent_, path);
+    StoreRecentFiles(recent_);
+    RebuildRecentMenu();
+    prompts_.StartIn(QFileInfo(path).absolutePath());
+  }
+  if (!status && !cancelled) prompts_.Tell(this, status.failure().message);
 }
 
 void frmMain::NodeClicked(const QModelIndex& index) {
-  if (loading_) return;
+  if (busy()) return;
   panels_->HideAll();
   const NodeId node = model_->NodeOf(index);
   if (node == kNoNode) return;
@@ -334,35 +398,63 @@ void frmMain::mAbout_Click() {
 }
 
 void frmMain::mExport_Click() {
-  const Status prepared = PrepareExport(controller_.workspace(), exportFrame_->state());
+  ExportPanel& panel = exportFrame_->state();
+  const Status prepared = PrepareExport(controller_.workspace(), panel);
+  // The first scope that applies is chosen, so the first press exports something.
+  if (prepared && std::none_of(panel.checked.begin(), panel.checked.end(), [](bool c) { return c; }))
+    for (int i = 0; i < kExportScopes; ++i)
+      if (i == kScopeTree || panel.optionVisible[static_cast<std::size_t>(i)]) {
+        panel.Check(static_cast<ExportScope>(i));
+        break;
+      }
   exportFrame_->Sync();
   if (!prepared) prompts_.Tell(this, prepared.failure().message);
 }
 
 void frmMain::RunExport(int form) {
-  EventPump progress;
-  const auto done = PressExport(controller_.workspace(), exportFrame_->state(), static_cast<ExportForm>(form), &progress);
-  if (!done) {
-    prompts_.Tell(this, done.failure().message);
-    return;
-  }
-  if (done.value()) prompts_.Tell(this, done.value()->message);
+  if (busy()) return;
+  ShowBusy(true);
+  using Done = Result<std::optional<ExportDone>>;
+  const ExportPanel panel = exportFrame_->state();
+  work_->Start<Done>(
+      [this, panel, form](Progress& progress) {
+        return PressExport(controller_.workspace(), panel, static_cast<ExportForm>(form), &progress);
+      },
+      [this](Done done) {
+        ShowBusy(false);
+        if (!done) {
+          if (!work_->cancelRequested()) prompts_.Tell(this, done.failure().message);
+          return;
+        }
+        if (done.value()) prompts_.Tell(this, done.value()->message);
+      });
 }
 
 void frmMain::epng_Click() { RunMedia(true); }
 void frmMain::ejpg_Click() { RunMedia(false); }
 
 void frmMain::RunMedia(bool png) {
+  if (busy()) return;
   mediaFrame_->show();
   mediaFrame_->Reset();
-  const Workspace& ws = controller_.workspace();
-  const MediaExtraction run =
-      png ? ExtractPngImages(ws, &mediaFrame_->progress()) : ExtractJpgImages(ws, &mediaFrame_->progress());
-  mediaFrame_->ShowSaved(run.saved);
-  if (run.failure)
-    prompts_.Tell(this, run.failure->message);
-  else if (run.success)
-    prompts_.Tell(this, *run.success);
+  ShowBusy(true);
+  work_->Start<Result<MediaExtraction>>(
+      [this, png](Progress& progress) -> Result<MediaExtraction> {
+        const Workspace& ws = controller_.workspace();
+        return png ? ExtractPngImages(ws, &progress) : ExtractJpgImages(ws, &progress);
+      },
+      [this](Result<MediaExtraction> run) {
+        ShowBusy(false);
+        if (!run) {
+          if (!work_->cancelRequested()) prompts_.Tell(this, run.failure().message);
+          return;
+        }
+        mediaFrame_->ShowSaved(run->saved);
+        if (run->failure)
+          prompts_.Tell(this, run->failure->message);
+        else if (run->success)
+          prompts_.Tell(this, *run->success);
+      });
 }
 
 // --- Dialogs of the editing and conversion work ------------------------------
@@ -370,17 +462,19 @@ void frmMain::RunMedia(bool png) {
 void frmMain::mSaveas_Click() {
   const auto chosen = prompts_.ChooseFileToSave(this, DialogFilter(kSaveAsFilter));
   if (!chosen || chosen->path.isEmpty()) return;
+  if (busy()) return;
   const std::string target = ToPath(chosen->path);
   const int filterIndex = chosen->filterIndex;
-  const Workspace& ws = controller_.workspace();
-  // The conversion reads the open file again and zips it; the window keeps
-  // painting, and the busy bar says why nothing else answers.
-  waitFrame_->show();
-  timer1_->start();
-  const Result<Message> saved = RunResponsive([&] { return SaveAs(ws, target, filterIndex); });
-  timer1_->stop();
-  waitFrame_->hide();
-  prompts_.Tell(this, saved ? saved.value() : saved.failure().message);
+  ShowBusy(true);
+  work_->Start<Result<Message>>(
+      [this, target, filterIndex](Progress& progress) {
+        return SaveAs(controller_.workspace(), target, filterIndex, &progress);
+      },
+      [this](Result<Message> saved) {
+        ShowBusy(false);
+        if (!saved && work_->cancelRequested()) return;
+        prompts_.Tell(this, saved ? saved.value() : saved.failure().message);
+      });
 }
 
 void frmMain::mEdit_Click() {
@@ -414,28 +508,32 @@ std::optional<QString> frmMain::DroppedPath(const QMimeData* data) {
   const QUrl url = data->urls().front();
   if (!url.isLocalFile()) return std::nullopt;
   const QString path = url.toLocalFile();
-  if (!MainController::KindOfGivenPath(path)) return std::nullopt;
+  // A dropped file may be named in any letter case.
+  if (!MainController::KindOfGivenPath(path.toLower())) return std::nullopt;
   return path;
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event) {
-  if (!loading_ && DroppedPath(event->mimeData())) event->acceptProposedAction();
+  if (!busy() && DroppedPath(event->mimeData())) event->acceptProposedAction();
 }
 
 void frmMain::dropEvent(QDropEvent* event) {
   const auto path = DroppedPath(event->mimeData());
-  if (!path || loading_) return;
+  if (!path || busy()) return;
   event->acceptProposedAction();
-  // Opening runs after the drop returns, so the drag source is not kept waiting.
   const QString dropped = *path;
-  QTimer::singleShot(0, this, [this, dropped] { OpenGivenPath(dropped); });
+  const auto kind = MainController::KindOfGivenPath(dropped.toLower());
+  // Opening runs after the drop returns, so the drag source is not kept waiting.
+  QTimer::singleShot(0, this, [this, dropped, kind] { OpenFile(dropped, *kind); });
 }
 
+// Closing asks nothing: running work is cancelled, and a write it began is
+// removed with it.
 void frmMain::closeEvent(QCloseEvent* event) {
-  if (loading_) {
-    event->ignore();
-    return;
-  }
+  work_->Abandon();
+  loading_ = false;
+  StoreWindowState(QStringLiteral("Geometry"), saveGeometry());
+  StoreWindowState(QStringLiteral("Splitter"), splitter_->saveState());
   CloseSplash();
   QMainWindow::closeEvent(event);
 }

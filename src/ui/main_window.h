@@ -24,11 +24,14 @@ class QLabel;
 class QMenu;
 class QMimeData;
 class QProgressBar;
+class QPushButton;
+class QSplitter;
 class QTimer;
 class QTreeView;
 
 namespace orchidlamp {
 
+class BackgroundWork;
 class DetailPanels;
 class EditSBForm;
 class ExportFrame;
@@ -49,8 +52,12 @@ class frmMain final : public QMainWindow {
   void OpenCommandLine(const QStringList& arguments);
   // Open with a given path: the path rule decides the kind, or nothing happens.
   void OpenGivenPath(const QString& path);
-  // Loads a backup as Open does once its path and kind are known.
+  // Loads a backup as Open does once its path and kind are known. The load runs
+  // on the background worker; the tree shows it when it is done.
   void OpenFile(const QString& path, BackupKind kind);
+  // Opens an entry of File > recent files; a file that has gone is taken off
+  // the list with a message.
+  void OpenRecent(const QString& path);
 
   MainController& controller() { return controller_; }
   TreeModel* model() const { return model_; }
@@ -59,6 +66,10 @@ class frmMain final : public QMainWindow {
   ExportFrame* exportFrame() const { return exportFrame_; }
   MediaFrame* mediaFrame() const { return mediaFrame_; }
   bool loading() const { return loading_; }
+  // Long work (a load, Save As, an export, a media scan) is running.
+  bool busy() const;
+  BackgroundWork& work() { return *work_; }
+  QStringList recentFiles() const { return recent_; }
   // The service-book editor once mEdit has made it (one instance, modeless).
   EditSBForm* editor() const;
   UserPrompts& prompts() { return prompts_; }
@@ -90,9 +101,11 @@ class frmMain final : public QMainWindow {
   void ResetWindow();
   void Refresh();
   void NodeClicked(const QModelIndex& index);
+  void ShowBusy(bool busy);
+  void LoadDone(const QString& path, const Status& status);
+  void RebuildRecentMenu();
   void RunExport(int form);
   void RunMedia(bool png);
-  void Timer1_Timer();
   void CloseSplash();
   void Centre();
   static std::optional<QString> DroppedPath(const QMimeData* data);
@@ -109,9 +122,11 @@ class frmMain final : public QMainWindow {
   MediaFrame* mediaFrame_ = nullptr;
   QLabel* mainPanel_ = nullptr;
   QLabel* detailsPanel_ = nullptr;
-  QFrame* waitFrame_ = nullptr;
-  QProgressBar* pg_ = nullptr;
-  QTimer* timer1_ = nullptr;
+  QSplitter* splitter_ = nullptr;
+  BackgroundWork* work_ = nullptr;
+  QAction* mOpen_ = nullptr;
+  QMenu* mRecent_ = nullptr;
+  QStringList recent_;
   QMenu* mServicebook_ = nullptr;
   QMenu* mManipulate_ = nullptr;
   QAction* mSaveas_ = nullptr;

@@ -1,7 +1,5 @@
 #include "ui/media_frame.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QProgressBar>
@@ -11,27 +9,6 @@
 #include "ui/display_text.h"
 
 namespace orchidlamp {
-namespace {
-
-class BarProgress final : public Progress {
- public:
-  explicit BarProgress(QProgressBar* bar) : bar_(bar) { clock_.start(); }
-  void Advance(std::size_t done, std::size_t total) override {
-    if (clock_.elapsed() < 25 && done != total) return;
-    if (total > 0) {
-      bar_->setRange(0, 1000);
-      bar_->setValue(static_cast<int>(done * 1000 / total));
-    }
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    clock_.restart();
-  }
-
- private:
-  QProgressBar* bar_;
-  QElapsedTimer clock_;
-};
-
-}  // namespace
 
 MediaFrame::MediaFrame(QWidget* parent) : QGroupBox(QStringLiteral("Media"), parent) {
   setObjectName(QStringLiteral("MediaFrame"));
@@ -53,7 +30,6 @@ MediaFrame::MediaFrame(QWidget* parent) : QGroupBox(QStringLiteral("Media"), par
   row->addWidget(close);
   layout->addWidget(list_);
   layout->addLayout(row);
-  progress_ = std::make_unique<BarProgress>(bar_);
   hide();
 }
 
@@ -61,6 +37,11 @@ void MediaFrame::Reset() {
   list_->clear();
   bar_->setRange(0, 1000);
   bar_->setValue(0);
+}
+
+void MediaFrame::ShowProgress(int permille) {
+  if (permille < 0) return;
+  bar_->setValue(permille);
 }
 
 void MediaFrame::ShowSaved(const std::vector<std::string>& paths) {

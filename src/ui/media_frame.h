@@ -4,11 +4,9 @@
 // media search saved and its progress bar PB_PNG. Shown by the media commands.
 
 #include <QGroupBox>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "core/progress.h"
 
 class QListWidget;
 class QProgressBar;
@@ -23,8 +21,8 @@ class MediaFrame final : public QGroupBox {
   // Clears the list and the bar before a run.
   void Reset();
   void ShowSaved(const std::vector<std::string>& paths);
-  // Moves the bar and keeps the window painting during a scan.
-  Progress& progress() { return *progress_; }
+  // Per mille of the scan done (-1: unknown).
+  void ShowProgress(int permille);
   QListWidget* list() const { return list_; }
 
  signals:
@@ -34,7 +32,6 @@ class MediaFrame final : public QGroupBox {
  private:
   QListWidget* list_ = nullptr;
   QProgressBar* bar_ = nullptr;
-  std::unique_ptr<Progress> progress_;
 };
 
 }  // namespace orchidlamp

@@ -11,9 +11,10 @@
 #include "editing/merge.h"
 #include "editing/selection_tree.h"
 #include "ui/display_text.h"
-#include "ui/long_work.h"
+#include "ui/background_work.h"
 #include "ui/selection_tree_view.h"
 #include "ui/user_prompts.h"
+#include "ui/work_bar.h"
 
 namespace orchidlamp {
 namespace {
@@ -23,7 +24,7 @@ constexpr std::string_view kIpdFilter = "IPD Files (*.ipd)|*.ipd";
 }  // namespace
 
 frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
-    : QDialog(parent), ws_(ws), prompts_(prompts), first_(RunResponsive([&ws] { return LoadSelectionTree(ws.tree()); })) {
+    : QDialog(parent), ws_(ws), prompts_(prompts), work_(new BackgroundWork(this)) {
   setObjectName(QStringLiteral("frmMerge"));
   setWindowTitle(QStringLiteral("Merge IPD files"));
   auto* layout = new QVBoxLayout(this);
@@ -33,7 +34,6 @@ frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   firstFrame->setObjectName(QStringLiteral("Frame1"));
   auto* firstLayout = new QVBoxLayout(firstFrame);
   tvwfTree_ = new SelectionTreeView(QStringLiteral("tvwfTree"), firstFrame);
-  tvwfTree_->SetTree(&first_);
   firstLayout->addWidget(tvwfTree_);
   trees->addWidget(firstFrame, 1);
 
@@ -44,10 +44,10 @@ frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   smIPD_ = new QLineEdit(secondFrame);
   smIPD_->setObjectName(QStringLiteral("smIPD"));
   smIPD_->setReadOnly(true);
-  auto* browse = new QPushButton(QStringLiteral("Browse..."), secondFrame);
-  browse->setObjectName(QStringLiteral("smBrowse"));
+  smBrowse_ = new QPushButton(QStringLiteral("Browse..."), secondFrame);
+  smBrowse_->setObjectName(QStringLiteral("smBrowse"));
   browseRow->addWidget(smIPD_, 1);
-  browseRow->addWidget(browse);
+  browseRow->addWidget(smBrowse_);
   secondLayout->addLayout(browseRow);
   tvwsTree_ = new SelectionTreeView(QStringLiteral("tvwsTree"), secondFrame);
   secondLayout->addWidget(tvwsTree_);
@@ -57,18 +57,29 @@ frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(new QLabel(QStringLiteral("Tick the databases of either file to merge (click the box or press Space)."), this));
   buttons->addStretch(1);
-  auto* merge = new QPushButton(QStringLiteral("Merge Selected"), this);
-  merge->setObjectName(QStringLiteral("btnMerge"));
+  btnMerge_ = new QPushButton(QStringLiteral("Merge Selected"), this);
+  btnMerge_->setObjectName(QStringLiteral("btnMerge"));
   auto* exit = new QPushButton(QStringLiteral("Exit"), this);
   exit->setObjectName(QStringLiteral("btnExit"));
-  buttons->addWidget(merge);
+  buttons->addWidget(new WorkBar(*work_, QStringLiteral("pg"), QStringLiteral("Timer1"), this));
+  buttons->addWidget(btnMerge_);
   buttons->addWidget(exit);
   layout->addLayout(buttons);
-  connect(browse, &QPushButton::clicked, this, &frmMerge::smBrowse_Click);
-  connect(merge, &QPushButton::clicked, this, &frmMerge::btnMerge_Click);
+  connect(smBrowse_, &QPushButton::clicked, this, &frmMerge::smBrowse_Click);
+  connect(btnMerge_, &QPushButton::clicked, this, &frmMerge::btnMerge_Click);
   connect(exit, &QPushButton::clicked, this, &QDialog::close);
   resize(820, 540);
+  SetBusy(true);
+  work_->Start<DatabaseTree>([&ws](Progress&) { return LoadSelectionTree(ws.tree()); },
+                             [this](DatabaseTree tree) {
+                               first_ = std::move(tree);
+                               tvwfTree_->SetTree(&first_);
+                               SetBusy(false);
+                             });
 }
+
+// The worker reads the selection trees: it must end before the members go.
+frmMerge::~frmMerge() { work_->Abandon(); }
 
 void frmMerge::smBrowse_Click() {
   const auto chosen = prompts_.ChooseFileToOpen(this, DialogFilter(kIpdFilter));
@@ -76,35 +87,48 @@ void frmMerge::smBrowse_Click() {
   smIPD_->setText(chosen->path);
   const std::string path = ToPath(chosen->path);
   const RecordLabeller& labeller = ws_.labeller();
-  setEnabled(false);
+  SetBusy(true);
   // The old tree stays shown until the new file is in.
-  auto loaded = RunResponsive([&] { return BrowseSecondFile(path, labeller); });
-  setEnabled(true);
-  tvwsTree_->SetTree(nullptr);
-  second_.reset();
-  if (!loaded) {
-    prompts_.Tell(this, loaded.failure().message);
-    return;
-  }
-  second_.emplace(std::move(loaded.value()));
-  tvwsTree_->SetTree(&second_->tree);
+  using Loaded = decltype(BrowseSecondFile(path, labeller));
+  work_->Start<Loaded>([path, &labeller](Progress&) { return BrowseSecondFile(path, labeller); },
+                       [this](Loaded loaded) {
+                         SetBusy(false);
+                         tvwsTree_->SetTree(nullptr);
+                         second_.reset();
+                         if (!loaded) {
+                           prompts_.Tell(this, loaded.failure().message);
+                           return;
+                         }
+                         second_.emplace(std::move(loaded.value()));
+                         tvwsTree_->SetTree(&second_->tree);
+                       });
 }
 
 void frmMerge::btnMerge_Click() {
   const auto chosen = prompts_.ChooseFileToSave(this, DialogFilter(kIpdFilter));
   if (!chosen || chosen->path.isEmpty()) return;
   const std::string path = ToPath(chosen->path);
-  const DatabaseTree noTree;
-  const MergeSource first{first_, ws_.file().View()};
-  const MergeSource second{second_ ? second_->tree : noTree, second_ ? ByteView(second_->bytes) : ByteView()};
-  setEnabled(false);
-  const auto done = RunResponsive([&] { return Merge(first, second, path); });
-  setEnabled(true);
-  if (!done) {
-    prompts_.Tell(this, done.failure().message);
-    return;
-  }
-  if (done.value()) prompts_.Tell(this, *done.value());
+  SetBusy(true);
+  using Done = Result<std::optional<Message>>;
+  work_->Start<Done>(
+      [this, path](Progress&) {
+        const DatabaseTree noTree;
+        const MergeSource first{first_, ws_.file().View()};
+        const MergeSource second{second_ ? second_->tree : noTree, second_ ? ByteView(second_->bytes) : ByteView()};
+        return Merge(first, second, path);
+      },
+      [this](Done done) {
+        SetBusy(false);
+        if (!done) {
+          prompts_.Tell(this, done.failure().message);
+          return;
+        }
+        if (done.value()) prompts_.Tell(this, *done.value());
+      });
+}
+
+void frmMerge::SetBusy(bool busy) {
+  for (QWidget* w : std::initializer_list<QWidget*>{tvwfTree_, tvwsTree_, smBrowse_, btnMerge_}) w->setEnabled(!busy);
 }
 
 }  // namespace orchidlamp

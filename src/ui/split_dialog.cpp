@@ -9,14 +9,15 @@
 #include "editing/selection_tree.h"
 #include "editing/split.h"
 #include "ui/display_text.h"
-#include "ui/long_work.h"
+#include "ui/background_work.h"
 #include "ui/selection_tree_view.h"
 #include "ui/user_prompts.h"
+#include "ui/work_bar.h"
 
 namespace orchidlamp {
 
 frmSplit::frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
-    : QDialog(parent), ws_(ws), prompts_(prompts), selection_(RunResponsive([&ws] { return LoadSelectionTree(ws.tree()); })) {
+    : QDialog(parent), ws_(ws), prompts_(prompts), work_(new BackgroundWork(this)) {
   setObjectName(QStringLiteral("frmSplit"));
   setWindowTitle(QStringLiteral("Split IPD file"));
   auto* layout = new QVBoxLayout(this);
@@ -31,35 +32,53 @@ frmSplit::frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   layout->addWidget(hint);
 
   tvwTree_ = new SelectionTreeView(QStringLiteral("tvwTree"), this);
-  tvwTree_->SetTree(&selection_);
   layout->addWidget(tvwTree_, 1);
 
   auto* buttons = new QHBoxLayout;
   buttons->addStretch(1);
-  auto* split = new QPushButton(QStringLiteral("Split Selected"), this);
-  split->setObjectName(QStringLiteral("btnSplit"));
+  btnSplit_ = new QPushButton(QStringLiteral("Split Selected"), this);
+  btnSplit_->setObjectName(QStringLiteral("btnSplit"));
   auto* exit = new QPushButton(QStringLiteral("Exit"), this);
   exit->setObjectName(QStringLiteral("btnExit"));
-  buttons->addWidget(split);
+  buttons->addWidget(new WorkBar(*work_, QStringLiteral("pg"), QStringLiteral("Timer1"), this));
+  buttons->addWidget(btnSplit_);
   buttons->addWidget(exit);
   layout->addLayout(buttons);
-  connect(split, &QPushButton::clicked, this, &frmSplit::btnSplit_Click);
+  connect(btnSplit_, &QPushButton::clicked, this, &frmSplit::btnSplit_Click);
   connect(exit, &QPushButton::clicked, this, &QDialog::close);
   resize(460, 520);
+  SetBusy(true);
+  work_->Start<DatabaseTree>([&ws](Progress&) { return LoadSelectionTree(ws.tree()); },
+                             [this](DatabaseTree tree) {
+                               selection_ = std::move(tree);
+                               tvwTree_->SetTree(&selection_);
+                               SetBusy(false);
+                             });
 }
+
+// The worker reads the selection tree: it must end before the members go.
+frmSplit::~frmSplit() { work_->Abandon(); }
 
 void frmSplit::btnSplit_Click() {
   const auto chosen = prompts_.ChooseFileToSave(this, DialogFilter("IPD Files (*.ipd)|*.ipd"));
   if (!chosen || chosen->path.isEmpty()) return;
   const std::string path = ToPath(chosen->path);
-  setEnabled(false);
-  const auto done = RunResponsive([&] { return Split(selection_, ws_.file().View(), path); });
-  setEnabled(true);
-  if (!done) {
-    prompts_.Tell(this, done.failure().message);
-    return;
-  }
-  if (done.value()) prompts_.Tell(this, *done.value());
+  SetBusy(true);
+  using Done = Result<std::optional<Message>>;
+  work_->Start<Done>([this, path](Progress&) { return Split(selection_, ws_.file().View(), path); },
+                     [this](Done done) {
+                       SetBusy(false);
+                       if (!done) {
+                         prompts_.Tell(this, done.failure().message);
+                         return;
+                       }
+                       if (done.value()) prompts_.Tell(this, *done.value());
+                     });
+}
+
+void frmSplit::SetBusy(bool busy) {
+  tvwTree_->setEnabled(!busy);
+  btnSplit_->setEnabled(!busy);
 }
 
 }  // namespace orchidlamp

@@ -1,6 +1,8 @@
 #include "ui/user_prompts.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QInputDialog>
 #include <QDesktopServices>
 #include <QMessageBox>
@@ -10,18 +12,20 @@ namespace orchidlamp {
 
 std::optional<ChosenFile> DialogPrompts::ChooseFileToOpen(QWidget* parent, const QString& filter) {
   QString selected;
-  const QString path = QFileDialog::getOpenFileName(parent, QString(), QString(), filter, &selected);
+  const QString path = QFileDialog::getOpenFileName(parent, QString(), folder_, filter, &selected);
   if (path.isEmpty()) return std::nullopt;
+  folder_ = QFileInfo(path).absolutePath();
   const int index = static_cast<int>(filter.split(QStringLiteral(";;")).indexOf(selected));
   return ChosenFile{path, index < 0 ? 1 : index + 1};
 }
 
 std::optional<ChosenFile> DialogPrompts::ChooseFileToSave(QWidget* parent, const QString& filter) {
   QString selected;
-  const QString path = QFileDialog::getSaveFileName(parent, QString(), QString(), filter, &selected);
+  const QString path = QFileDialog::getSaveFileName(parent, QString(), folder_, filter, &selected);
   if (path.isEmpty()) return std::nullopt;
+  folder_ = QFileInfo(path).absolutePath();
   const int index = static_cast<int>(filter.split(QStringLiteral(";;")).indexOf(selected));
-  return ChosenFile{path, index < 0 ? 1 : index + 1};
+  return ChosenFile{WithFilterExtension(path, selected), index < 0 ? 1 : index + 1};
 }
 
 std::optional<QString> DialogPrompts::AskText(QWidget* parent, const QString& title, const QString& prompt) {
@@ -46,11 +50,19 @@ void DialogPrompts::Tell(QWidget* parent, const Message& message) {
   // A message without a title of its own carries the program's name.
   box.setWindowTitle(message.title.empty() ? QStringLiteral("Orchidlamp") : QString::fromStdString(message.title));
   box.setText(QString::fromStdString(message.text));
+  if (!message.detail.empty()) box.setDetailedText(QString::fromStdString(message.detail));
   box.setStandardButtons(QMessageBox::Ok);
   box.exec();
 }
 
 void DialogPrompts::ShowFile(const QString& path) { QDesktopServices::openUrl(QUrl::fromLocalFile(path)); }
+
+QString WithFilterExtension(const QString& path, const QString& filterDescription) {
+  if (!QFileInfo(path).suffix().isEmpty()) return path;
+  static const QRegularExpression kPattern(QStringLiteral("\\(\\*(\\.[^ ;)*]+)"));
+  const QRegularExpressionMatch match = kPattern.match(filterDescription);
+  return match.hasMatch() ? path + match.captured(1) : path;
+}
 
 QString DialogFilter(std::string_view pipeFilter) {
   const QStringList parts = QString::fromUtf8(pipeFilter.data(), static_cast<qsizetype>(pipeFilter.size()))

@@ -41,7 +41,10 @@ std::string StatusOf(const std::string& path, BackupKind kind = BackupKind::Ipd)
 
 class DialogsTest : public ::testing::Test {
  protected:
-  DialogsTest() { window.OpenGivenPath(QString::fromStdString(sample)); }
+  DialogsTest() {
+    window.OpenGivenPath(QString::fromStdString(sample));
+    WaitForWork(window);
+  }
   // Runs `inside` once the modal dialog D that `menuItem` opens is up, then
   // closes it. Building the dialog runs events already, so it is polled for.
   template <class D>
@@ -54,7 +57,9 @@ class DialogsTest : public ::testing::Test {
       if (!dialog || !dialog->isVisible() || ran) return;
       poll.stop();
       ran = true;
+      WaitForWork(*dialog);  // the selection tree's copy
       inside(*dialog);
+      WaitForWork(*dialog);
       dialog->close();
     });
     poll.start();
@@ -108,6 +113,7 @@ TEST_F(DialogsTest, MergeBrowsesASecondFileAndJoinsTheTickedDatabases) {
   WithModal<frmMerge>("mMerge", [&](frmMerge& dialog) {
     prompts.files.push_back(ChosenFile{QString::fromStdString(sample), 1});
     dialog.findChild<QPushButton*>(QStringLiteral("smBrowse"))->click();
+    WaitForWork(dialog);
     EXPECT_EQ(dialog.smIPD()->text(), QString::fromStdString(sample));
     ASSERT_NE(dialog.second(), nullptr);
     ClickImage(*dialog.tvwfTree(), dialog.firstSelection().FindByKeyOrTag("12DBTop"));
@@ -125,7 +131,7 @@ TEST_F(DialogsTest, MergeBrowsesASecondFileAndJoinsTheTickedDatabases) {
 TEST_F(DialogsTest, ServiceBookEditorOpensModelessOnTheSelectedRecordAndSaves) {
   window.findChild<QAction*>(QStringLiteral("mEdit"))->trigger();
   EXPECT_EQ(prompts.told.at(0).text, "No Service Book record is selected!\r\nPlease select one for edit");
-  window.tree()->setCurrentIndex(RecordIndex(*window.model(), "Service Book", "Browser Config"));
+  ClickNode(window.tree(), RecordIndex(*window.model(), "Service Book", "Browser Config"));
   window.findChild<QAction*>(QStringLiteral("mEdit"))->trigger();
   EditSBForm* editor = window.editor();
   ASSERT_TRUE(editor && editor->isVisible());
@@ -145,6 +151,7 @@ TEST_F(DialogsTest, SaveAsWritesTheChosenKind) {
   const std::string target = folder.File("mac.bbb");
   prompts.saves.push_back(ChosenFile{QString::fromStdString(target), 2});
   window.findChild<QAction*>(QStringLiteral("mSaveas"))->trigger();
+  WaitForWork(window);
   EXPECT_EQ(prompts.saveFilters.at(0),
             QStringLiteral("BBB (Windows) Files (*.bbb);;BBB (Mac) Files (*.bbb);;IPD Files (*.ipd)"));
   EXPECT_EQ(prompts.told.at(0).text, "File saved successfully in " + target);

@@ -8,10 +8,13 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
 #include <deque>
 #include <vector>
 
 #include "core/message.h"
+#include "ui/background_work.h"
 #include "ui/user_prompts.h"
 
 namespace orchidlamp::testing {
@@ -34,6 +37,21 @@ inline QApplication& GuiApp() {
   return *app;
 }
 
+// Long work runs on a window's or dialog's background worker: wait for it as a
+// user would, with the event loop running.
+template <class Owner>
+void WaitForWork(Owner& owner) {
+  for (int i = 0; i < 20000 && owner.work().busy(); ++i) QTest::qWait(1);
+  QCoreApplication::processEvents();
+}
+
+// A click on a node of a tree view (the view follows clicks, not selections).
+inline void ClickNode(QTreeView* tree, const QModelIndex& index) {
+  tree->setCurrentIndex(index);
+  emit tree->clicked(index);
+}
+
+// Clears the stored settings so every test starts from the defaults.
 inline void ResetStoredSettings() {
   GuiApp();
   QSettings(QStringLiteral("Orchidlamp"), QStringLiteral("Orchidlamp")).clear();

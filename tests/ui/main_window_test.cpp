@@ -43,11 +43,14 @@ class MainWindowTest : public ::testing::Test {
   QString Box(const char* name) const { return BoxText(window.findChild<QWidget*>(QString::fromLatin1(name))); }
   // A copy under a plain name (the root's text, its path, is a search candidate
   // too), and the frames shown after selecting the record `text` of database `db`.
-  void OpenSample() { window.OpenGivenPath(QString::fromStdString(folder.Write("s.ipd", ReadFile(SamplePath())))); }
+  void OpenSample() {
+    window.OpenGivenPath(QString::fromStdString(folder.Write("s.ipd", ReadFile(SamplePath()))));
+    WaitForWork(window);
+  }
   std::vector<QString> Select(const QString& db, const QString& text) const {
     const QModelIndex index = RecordIndex(*window.model(), db, text);
     EXPECT_TRUE(index.isValid()) << text.toStdString();
-    window.tree()->setCurrentIndex(index);
+    ClickNode(window.tree(), index);
     std::vector<QString> visible;
     for (QGroupBox* frame : window.panels()->findChildren<QGroupBox*>(QString(), Qt::FindDirectChildrenOnly))
       if (!frame->isHidden()) visible.push_back(frame->objectName());
@@ -79,9 +82,11 @@ TEST_F(MainWindowTest, StartsEmptyWithItsMenusNamedAndTheFileCommandsOff) {
 TEST_F(MainWindowTest, OpeningFillsTreeCaptionStatusAndMenus) {
   // The whole command line is the path; the extension is compared case-sensitively.
   window.OpenCommandLine({"orchidlamp", QString::fromStdString(folder.Write("s.IPD", ReadFile(SamplePath())))});
+  WaitForWork(window);
   EXPECT_EQ(window.windowTitle(), QStringLiteral("Orchidlamp IPD Reader"));
   const QString spaced = QString::fromStdString(folder.Write("my phone.ipd", ReadFile(SamplePath())));
   window.OpenCommandLine({"orchidlamp", spaced.section(QLatin1Char(' '), 0, 0), spaced.section(QLatin1Char(' '), 1)});
+  WaitForWork(window);
   EXPECT_EQ(window.windowTitle(), QStringLiteral("Orchidlamp IPD Reader - ") + spaced);
   EXPECT_EQ(Panel("main"), QStringLiteral("my phone.ipd"));
   EXPECT_TRUE(Panel("details").startsWith(QStringLiteral("4 SMS Messages, 3 Address Book (All)")));
@@ -95,6 +100,7 @@ TEST_F(MainWindowTest, OpeningFillsTreeCaptionStatusAndMenus) {
   EXPECT_EQ(Panel("main"), QStringLiteral("my phone.ipd"));
   prompts.files.push_back(ChosenFile{QString::fromStdString(folder.Write("bad.ipd", Bytes(9, 0x41))), 1});
   window.mOpen_Click();
+  WaitForWork(window);
   ASSERT_EQ(prompts.told.size(), 1u);
   EXPECT_EQ(prompts.told[0].text, "Error Parsing the file, couldn't read the DB titles");
   EXPECT_FALSE(MenuEnabled("mManipulate"));
@@ -162,6 +168,7 @@ TEST_F(MainWindowTest, HelpAboutAndDrop) {
   QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QCoreApplication::sendEvent(&window, &drop);
   QCoreApplication::processEvents();
+  WaitForWork(window);
   EXPECT_EQ(Panel("main"), QStringLiteral("dropped.ipd"));
 }
 
@@ -179,9 +186,11 @@ TEST_F(MainWindowTest, ExportPanelAndMediaFrameWriteWhatTheyShow) {
   EXPECT_EQ(kind->text(), QStringLiteral("Export All Memos"));
   kind->click();
   window.findChild<QPushButton*>(QStringLiteral("Cexport"))->click();
+  WaitForWork(window);
   EXPECT_TRUE(prompts.told.at(1).text.starts_with("Export to: " + folder.path() + "/OL_Export_")) << prompts.told[1].text;
 
   window.epng_Click();
+  WaitForWork(window);
   auto* list = window.findChild<QListWidget*>(QStringLiteral("ResultList"));
   EXPECT_FALSE(window.mediaFrame()->isHidden());
   ASSERT_EQ(list->count(), 1);
