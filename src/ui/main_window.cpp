@@ -29,6 +29,8 @@
 #include "convert/desktop_backup_writer.h"
 #include "editing/service_book_editor.h"
 #include "export/media_extraction.h"
+#include "export/migration.h"
+#include "platform/settings_store.h"
 #include "ui/detail_panels.h"
 #include "ui/export_frame.h"
 #include "ui/background_work.h"
@@ -167,6 +169,7 @@ void frmMain::BuildMenus() {
   mOpen_ = AddItem(mFile, "mOpen", QStringLiteral("&Open..."), &frmMain::mOpen_Click);
   mOpen_->setShortcut(QKeySequence::Open);
   mSaveas_ = AddItem(mFile, "mSaveas", QStringLiteral("&Save As/Convert To..."), &frmMain::mSaveas_Click);
+  mMigrate_ = AddItem(mFile, "mMigrate", QStringLiteral("Export for &Another Phone..."), &frmMain::mMigrate_Click);
   mFile->addSeparator();
   mRecent_ = mFile->addMenu(QStringLiteral("&Recent Files"));
   mRecent_->setObjectName(QStringLiteral("mRecent"));
@@ -225,7 +228,7 @@ void frmMain::ResetWindow() {
   menuImage_ = MenuImage();
   const std::array<std::tuple<const char*, int, int>, 11> pictures = {{{"pic1", 1, 1},
                                                                        {"pic2", 1, 2},
-                                                                       {"pic3", 1, 4},
+                                                                       {"pic3", 1, 7},  // Exit, after Another Phone, a separator and Recent Files
                                                                        {"pic4", 2, 1},
                                                                        {"pic5", 3, 1},
                                                                        {"pic6", 3, 3},
@@ -249,6 +252,7 @@ void frmMain::Refresh() {
   detailsPanel_->setVisible(!ws.status().details.empty());
   if (busy()) return;
   mSaveas_->setEnabled(ws.menus().saveAs);
+  mMigrate_->setEnabled(ws.menus().saveAs);
   mServicebook_->menuAction()->setEnabled(ws.menus().servicebook);
   mManipulate_->menuAction()->setEnabled(ws.menus().manipulate);
 }
@@ -263,6 +267,7 @@ void frmMain::ShowBusy(bool busy) {
   exportFrame_->setEnabled(!busy);
   if (busy) {
     mSaveas_->setEnabled(false);
+    mMigrate_->setEnabled(false);
     mServicebook_->menuAction()->setEnabled(false);
     mManipulate_->menuAction()->setEnabled(false);
   } else {
@@ -474,6 +479,36 @@ void frmMain::mSaveas_Click() {
         ShowBusy(false);
         if (!saved && work_->cancelRequested()) return;
         prompts_.Tell(this, saved ? saved.value() : saved.failure().message);
+      });
+}
+
+// The backup's records in the formats today's phones and programs import,
+// into a folder the user picks; the list of files written ends it.
+void frmMain::mMigrate_Click() {
+  if (busy()) return;
+  const auto folder = prompts_.ChooseFolder(this, QStringLiteral("Export for Another Phone"));
+  if (!folder) return;
+  MigrationOptions options;
+  options.outDir = ToPath(*folder);
+  options.charset = ReadStoredSettings().migrateCharset;
+  ShowBusy(true);
+  work_->Start<Result<MigrationReport>>(
+      [this, options](Progress& progress) {
+        return Migrate(controller_.workspace(), options, &progress, [this] { return work_->cancelRequested(); });
+      },
+      [this, folder = *folder](Result<MigrationReport> report) {
+        ShowBusy(false);
+        if (!report) {
+          prompts_.Tell(this, report.failure().message);
+          return;
+        }
+        if (report->cancelled) return;
+        std::string text = report->files.empty() ? "The backup holds no records to export for another phone."
+                                                 : "Written to " + ToPath(folder) + ":";
+        for (const MigratedFile& file : report->files) text += "\n" + file.name + "\t" + std::to_string(file.count);
+        for (const MigrationSkip& skip : report->skipped)
+          text += "\nskipped " + std::to_string(skip.count) + " records of " + std::string(skip.kind);
+        prompts_.Tell(this, Message{text, "Export for Another Phone", MessageIcon::Information});
       });
 }
 

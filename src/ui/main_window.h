@@ -77,6 +77,7 @@ class frmMain final : public QMainWindow {
  public slots:
   void mOpen_Click();
   void mSaveas_Click();
+  void mMigrate_Click();
   void mExit_Click();
   void mEdit_Click();
   void mExport_Click();
@@ -130,6 +131,7 @@ class frmMain final : public QMainWindow {
   QMenu* mServicebook_ = nullptr;
   QMenu* mManipulate_ = nullptr;
   QAction* mSaveas_ = nullptr;
+  QAction* mMigrate_ = nullptr;
   QPointer<frmSplash> splash_;
   QPointer<EditSBForm> editor_;
   bool loading_ = false;

@@ -52,6 +52,11 @@ QStringList frmOptions::TimeZoneEntries() {
 
 QStringList frmOptions::DelimiterEntries() { return {"SPACE", "TAB", ",", ";", "' ", "< >", "( )", "{ }"}; }
 
+QStringList frmOptions::CharsetEntries() {
+  return {"windows-1256", "windows-1252", "windows-1250", "windows-1251", "windows-1253", "windows-1254",
+          "windows-1255", "iso-8859-1",   "iso-8859-7",   "koi8-r",       "shift_jis",    "gbk"};
+}
+
 frmOptions::frmOptions(UserPrompts& prompts, QWidget* parent) : QDialog(parent), prompts_(prompts) {
   setObjectName(QStringLiteral("frmOptions"));
   setWindowTitle(QStringLiteral("Options"));
@@ -71,6 +76,13 @@ frmOptions::frmOptions(UserPrompts& prompts, QWidget* parent) : QDialog(parent),
                        exd_, QStringLiteral("exd"), DelimiterEntries(), QString::fromStdString(stored.exportDelimiter),
                        QStringLiteral("Choose the delimiter that suitable for your format"), tabs),
                QStringLiteral("Export"));
+  tabs->addTab(MakeTab(QStringLiteral("Code Page"),
+                       QStringLiteral("Select the code page of the backup's 8-bit texts, for the export to another "
+                                      "phone"),
+                       mcd_, QStringLiteral("mcd"), CharsetEntries(), QString::fromStdString(stored.migrateCharset),
+                       QStringLiteral("Texts stored as Unicode, and 8-bit texts that are UTF-8, need no code page"),
+                       tabs),
+               QStringLiteral("Another Phone"));
   layout->addWidget(tabs);
 
   auto* buttons = new QHBoxLayout;
@@ -89,10 +101,10 @@ frmOptions::frmOptions(UserPrompts& prompts, QWidget* parent) : QDialog(parent),
 }
 
 void frmOptions::cmdOK_Click() {
-  // The dialog edits two of the stored settings; the others keep their values.
-  StoredSettings stored = ReadStoredSettings();
+  StoredSettings stored;
   stored.timeZone = tzd_->currentText().toStdString();
   stored.exportDelimiter = exd_->currentText().toStdString();
+  stored.migrateCharset = mcd_->currentText().toStdString();
   WriteStoredSettings(stored);
   prompts_.Tell(this, Message{"Settings saved, you need to reopen your file.", "Settings", MessageIcon::Information});
   accept();

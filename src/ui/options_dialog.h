@@ -19,9 +19,12 @@ class frmOptions final : public QDialog {
 
   static QStringList TimeZoneEntries();
   static QStringList DelimiterEntries();
+  // Code pages iconv knows, for 8-bit texts in the export to another phone.
+  static QStringList CharsetEntries();
 
   QComboBox* tzd() const { return tzd_; }
   QComboBox* exd() const { return exd_; }
+  QComboBox* mcd() const { return mcd_; }
 
  public slots:
   void cmdOK_Click();
@@ -31,6 +34,7 @@ class frmOptions final : public QDialog {
   UserPrompts& prompts_;
   QComboBox* tzd_ = nullptr;
   QComboBox* exd_ = nullptr;
+  QComboBox* mcd_ = nullptr;
 };
 
 }  // namespace orchidlamp

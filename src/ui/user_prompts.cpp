@@ -28,6 +28,13 @@ std::optional<ChosenFile> DialogPrompts::ChooseFileToSave(QWidget* parent, const
   return ChosenFile{WithFilterExtension(path, selected), index < 0 ? 1 : index + 1};
 }
 
+std::optional<QString> DialogPrompts::ChooseFolder(QWidget* parent, const QString& title) {
+  const QString folder = QFileDialog::getExistingDirectory(parent, title, folder_);
+  if (folder.isEmpty()) return std::nullopt;
+  folder_ = folder;
+  return folder;
+}
+
 std::optional<QString> DialogPrompts::AskText(QWidget* parent, const QString& title, const QString& prompt) {
   bool ok = false;
   const QString text = QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, QString(), &ok);

@@ -26,6 +26,8 @@ class UserPrompts {
   // The save dialog: empty file name. nullopt when the user cancels or leaves
   // the name empty.
   virtual std::optional<ChosenFile> ChooseFileToSave(QWidget* parent, const QString& filter) = 0;
+  // A folder to write into; nullopt when the user cancels.
+  virtual std::optional<QString> ChooseFolder(QWidget* parent, const QString& title) = 0;
   // nullopt when the user cancels.
   virtual std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) = 0;
   virtual bool AskYesNo(QWidget* parent, const QString& title, const QString& question) = 0;
@@ -51,6 +53,7 @@ class DialogPrompts final : public UserPrompts {
  public:
   std::optional<ChosenFile> ChooseFileToOpen(QWidget* parent, const QString& filter) override;
   std::optional<ChosenFile> ChooseFileToSave(QWidget* parent, const QString& filter) override;
+  std::optional<QString> ChooseFolder(QWidget* parent, const QString& title) override;
   std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) override;
   bool AskYesNo(QWidget* parent, const QString& title, const QString& question) override;
   void Tell(QWidget* parent, const Message& message) override;

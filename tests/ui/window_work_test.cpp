@@ -167,6 +167,19 @@ TEST_F(WindowWorkTest, DropsTakeEitherLetterCaseAndAnotherOpenHidesThePanels) {
   EXPECT_TRUE(window.exportFrame()->isHidden());
 }
 
+TEST_F(WindowWorkTest, ExportForAnotherPhoneWritesIntoTheChosenFolderAndListsTheFiles) {
+  EXPECT_FALSE(window.findChild<QAction*>(QStringLiteral("mMigrate"))->isEnabled());
+  EXPECT_FALSE(window.findChild<QAction*>(QStringLiteral("mExit"))->icon().isNull());
+  Open("s.ipd", ReadFile(SamplePath()));
+  prompts.folders.push_back(QString::fromStdString(folder.File("phone")));
+  window.findChild<QAction*>(QStringLiteral("mMigrate"))->trigger();
+  WaitForWork(window);
+  ASSERT_EQ(prompts.told.size(), 1u);
+  EXPECT_TRUE(prompts.told[0].text.starts_with("Written to " + folder.File("phone") + ":\ncontacts.vcf\t"))
+      << prompts.told[0].text;
+  EXPECT_TRUE(FileExists(folder.File("phone/calendar.ics")));
+}
+
 TEST(WindowMemory, RecentFilesKeepTheLastEightNewestFirstWithoutRepeats) {
   QStringList recent;
   for (int i = 0; i < 10; ++i) recent = WithRecentFile(recent, QString::number(i));
