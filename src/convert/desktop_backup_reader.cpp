@@ -30,12 +30,14 @@ bool IsSafeUid(const std::string& uid) {
 
 Result<std::string> ConvertWindows(const XmlDocument& manifest, const WorkFolder& work, const std::string& result,
                                    Progress* progress) {
-  auto uids = manifest.SelectEach(std::string(kManifestDatabasesXPath), "@uid");
-  if (!uids) return uids.failure();
-  const std::size_t count = uids->size();
+  // Counted before the uids are collected: a manifest of a million databases
+  // is refused without a million lookups.
+  const std::size_t count = manifest.Count(std::string(kManifestDatabasesXPath));
   if (count > kMaxManifestDatabases)
     return Fail("Manifest.xml lists " + std::to_string(count) + " databases; at most " +
                 std::to_string(kMaxManifestDatabases) + " can be read");
+  auto uids = manifest.SelectEach(std::string(kManifestDatabasesXPath), "@uid");
+  if (!uids) return uids.failure();
 
   DatabaseParts parts;
   for (std::size_t i = 0; i < count; ++i) {
