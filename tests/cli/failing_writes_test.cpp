@@ -58,8 +58,12 @@ class FailingFolder {
   std::string Arm() {
     if (kind_ == Kind::Folder) return "it is a folder";
     if (kind_ == Kind::ReadOnly) {
-      if (root_) ::mount(nullptr, path_.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, "size=64k");
-      else ::chmod(path_.c_str(), 0555);
+      if (root_) {
+        ::mount(nullptr, path_.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, "size=64k");
+      } else {
+        for (const auto& e : fs::directory_iterator(path_)) ::chmod(e.path().c_str(), 0444);
+        ::chmod(path_.c_str(), 0555);
+      }
       return root_ ? "Read-only file system" : "Permission denied";
     }
     FILE* f = std::fopen((path_ + "/.filler").c_str(), "wb");
