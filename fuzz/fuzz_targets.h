@@ -27,6 +27,12 @@ int FuzzEditing(const std::uint8_t* data, std::size_t size);
 // comes; anything else is cut into a manifest and .dat files that are zipped
 // first, so the XML and the .dat reader are reached too.
 int FuzzDesktopBackup(const std::uint8_t* data, std::size_t size);
+// A backup whose walk stopped part way, then export, media and split on the part
+// read, as `--keep-going` runs them. The first byte picks the node ticked.
+int FuzzKeepGoing(const std::uint8_t* data, std::size_t size);
+// The stored time-zone and delimiter texts (each a length byte and the text),
+// then a backup loaded and formatted under the settings derived from them.
+int FuzzSettings(const std::uint8_t* data, std::size_t size);
 
 // The migration export with a fuzzed code page and kind choice, every file it
 // writes parsed back (vCard folding, libical, libxml2, the memo count).

@@ -1,17 +1,19 @@
-// orchidlamp-fuzz-seeds FOLDER: writes the seed corpora, one folder per target,
-// from the bundled sample and the tests' fixtures. Its output is what
+// orchidlamp-fuzz-seeds FOLDER [--large]: writes the seed corpora, one folder per
+// target, from the bundled sample and the tests' fixtures. Its output is what
 // tests/corpus holds as seed-*; run it again when the sample changes.
 
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <tuple>
 
 #include "convert/backup_manifest.h"
 #include "convert/desktop_backup_writer.h"
 #include "core/kinds.h"
 #include "records/record_kinds.h"
 #include "support/ipd_builder.h"
+#include "generators/hostile_archives.h"
 #include "generators/record_shapes.h"
 #include "generators/sample_backup.h"
 #include "support/temp_folder.h"
@@ -54,8 +56,8 @@ std::vector<std::pair<std::string, Bytes>> SmallBackups() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "usage: orchidlamp-fuzz-seeds FOLDER\n";
+  if (argc != 2 && argc != 3) {
+    std::cerr << "usage: orchidlamp-fuzz-seeds FOLDER [--large]\n";
     return 2;
   }
   const std::filesystem::path folder = argv[1];
@@ -105,5 +107,23 @@ int main(int argc, char** argv) {
   Save(folder, "desktop_backup", "made-windows", made);
   Save(folder, "desktop_backup", "made-mac",
        Concat({Bytes{1}, Text(MacBackupXml(summaries.value())), Text("\n@@\n"), sample}));
+  // Archives with one hostile trait each; the 65,536-entry one (zip64) is
+  // megabytes, so it is written only when asked for with a second argument.
+  for (const auto& [name, zip] : HostileArchives()) Save(folder, "desktop_backup", name, zip);
+  if (argc > 2) Save(folder, "desktop_backup", "many-entries", ManyEntriesArchive(65536));
+
+  // --keep-going: the sample cut inside its records, so the walk stops part way.
+  for (std::size_t cut : {sample.size() / 2, sample.size() - 7})
+    Save(folder, "keep_going", "cut-" + std::to_string(cut),
+         WithControls({static_cast<std::uint8_t>(cut)}, Bytes(sample.begin(), sample.begin() + static_cast<long>(cut))));
+
+  // Settings: stored texts as the store may hold them, then the sample.
+  for (auto [name, zone, delimiter] : {std::tuple{"plain", "GMT", ","}, std::tuple{"half-hour", "+5.5", "TAB"},
+                                       std::tuple{"odd", "GMT-GMT+99999999999999999999", "< >"}}) {
+    const std::string z = zone, d = delimiter;
+    Save(folder, "settings", name,
+         Concat({Bytes{static_cast<std::uint8_t>(z.size())}, Text(z), Bytes{static_cast<std::uint8_t>(d.size())},
+                 Text(d), sample}));
+  }
   return 0;
 }

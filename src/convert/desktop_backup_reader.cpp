@@ -1,9 +1,11 @@
 #include "convert/desktop_backup_reader.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
+#include <cerrno>
+#include <cstring>
 
 #include "convert/xml_document.h"
 #include "core/file_io.h"
@@ -30,12 +32,14 @@ bool IsSafeUid(const std::string& uid) {
 
 Result<std::string> ConvertWindows(const XmlDocument& manifest, const WorkFolder& work, const std::string& result,
                                    Progress* progress) {
-  auto uids = manifest.SelectEach(std::string(kManifestDatabasesXPath), "@uid");
-  if (!uids) return uids.failure();
-  const std::size_t count = uids->size();
+  // Counted before the uids are collected: a manifest of a million databases
+  // is refused without a million lookups.
+  const std::size_t count = manifest.Count(std::string(kManifestDatabasesXPath));
   if (count > kMaxManifestDatabases)
     return Fail("Manifest.xml lists " + std::to_string(count) + " databases; at most " +
                 std::to_string(kMaxManifestDatabases) + " can be read");
+  auto uids = manifest.SelectEach(std::string(kManifestDatabasesXPath), "@uid");
+  if (!uids) return uids.failure();
 
   DatabaseParts parts;
   for (std::size_t i = 0; i < count; ++i) {
@@ -117,30 +121,27 @@ Status AppendDatabaseFile(const std::string& datPath, DatabaseParts& parts, Prog
 }
 
 Status ConcatenateFiles(const std::string& target, const std::vector<std::string>& parts) {
-  std::ofstream out(target, std::ios::binary | std::ios::trunc);
-  if (!out) return Fail("Cannot write " + target);
+  BufferedFileWriter out(target, BufferedFileWriter::Mode::Truncating);
+  if (out.failure()) return *out.failure();
+  Bytes chunk(std::size_t{1} << 20);
   for (const std::string& part : parts) {
-    std::ifstream in(part, std::ios::binary);
-    if (!in) {
-      out.close();
-      ::unlink(target.c_str());
-      return Fail("Cannot read " + part);
+    const int fd = ::open(part.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return Fail("Cannot read " + part + ": " + std::strerror(errno));
+    for (;;) {
+      const ssize_t n = ::read(fd, chunk.data(), chunk.size());
+      if (n < 0 && errno == EINTR) continue;
+      if (n < 0) {
+        Failure failure = Fail("Cannot read " + part + ": " + std::strerror(errno));
+        ::close(fd);
+        return failure;
+      }
+      if (n == 0) break;
+      out.Append(ByteView(chunk).first(static_cast<std::size_t>(n)));
     }
-    out << in.rdbuf();
-    // An empty part makes operator<< set failbit without any error.
-    if (in.bad() || out.bad()) {
-      out.close();
-      ::unlink(target.c_str());
-      return Fail("Cannot write " + target);
-    }
-    out.clear();
+    ::close(fd);
   }
-  out.close();
-  if (!out) {
-    ::unlink(target.c_str());
-    return Fail("Cannot write " + target);
-  }
-  return Ok();
+  // A writer that failed removes the file it created when it goes.
+  return out.Finish();
 }
 
 Result<std::string> ConvertExtracted(const WorkFolder& work, const Clock& clock, Progress* progress) {

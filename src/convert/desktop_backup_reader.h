@@ -52,7 +52,8 @@ struct DatabaseParts {
 Status AppendDatabaseBytes(ByteView dat, const std::string& name, DatabaseParts& parts, Progress* progress = nullptr);
 Status AppendDatabaseFile(const std::string& datPath, DatabaseParts& parts, Progress* progress = nullptr);
 
-// Writes the files one after another into `target` (created or truncated).
+// Writes the files one after another into `target` (created or truncated). A
+// failure gives the system's reason and removes a target the write created.
 Status ConcatenateFiles(const std::string& target, const std::vector<std::string>& parts);
 
 }  // namespace orchidlamp

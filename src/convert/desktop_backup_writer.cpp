@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
+
 #include "convert/desktop_backup_reader.h"
 #include "convert/zip_archive.h"
 #include "core/file_io.h"
@@ -27,8 +30,9 @@ Status CopyToTarget(const std::string& from, const std::string& target) {
     return written;
   }
   if (::rename(partial.c_str(), target.c_str()) != 0) {
+    const std::string reason = FolderExists(target) ? "it is a folder" : std::strerror(errno);
     ::unlink(partial.c_str());
-    return Fail("Cannot write " + target);
+    return Fail("Cannot write " + target + ": " + reason);
   }
   return Ok();
 }

@@ -1,6 +1,9 @@
 #include "convert/open_backup.h"
 
+#include <filesystem>
 #include <fstream>
+#include <new>
+#include <stdexcept>
 
 #include "convert/desktop_backup_reader.h"
 
@@ -14,11 +17,18 @@ BackupKind BackupKindOf(const std::string& path) {
   return zip ? BackupKind::Bbb : BackupKind::Ipd;
 }
 
-Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
-                  Progress* progress) {
+namespace {
+
+Status OpenFound(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
+                 Progress* progress) {
   if (kind == BackupKind::Ipd) return ws.Load(path, settings, progress);
   auto ipd = ConvertDesktopBackup(path, ws.clock(), SystemTempFolder(), progress);
-  if (ipd) return ws.Load(ipd.value(), settings, progress);
+  if (ipd) {
+    Status loaded = ws.Load(ipd.value(), settings, progress);
+    // Nothing of it could be read, so nothing will be saved from its folder.
+    if (!loaded && !ws.menus().saveAs) RemoveFolderTree(std::filesystem::path(ipd.value()).parent_path().string());
+    return loaded;
+  }
   // What cannot be read as a desktop backup is loaded as the IPD it may be (an
   // IPD named ".bbb" opens); when that fails too, the desktop-backup reason
   // says why the file was not read as one.
@@ -27,6 +37,21 @@ Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const
   Failure failure = loaded.failure();
   failure.message.detail = ipd.failure().message.text;
   return failure;
+}
+
+}  // namespace
+
+Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
+                  Progress* progress) {
+  // A backup larger than the memory the process may have is a message, not an
+  // abort; every size taken from a file is checked against the file first, so
+  // only real sizes get this far.
+  try {
+    return OpenFound(ws, path, kind, settings, progress);
+  } catch (const std::bad_alloc&) {
+  } catch (const std::length_error&) {
+  }
+  return Fail("Not enough memory to load " + path);
 }
 
 }  // namespace orchidlamp

@@ -3,6 +3,8 @@
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
 
+#include <algorithm>
+
 #include "core/bytes.h"
 #include "core/file_io.h"
 
@@ -11,6 +13,7 @@ namespace {
 
 // Far beyond any manifest of a real device; refuses files meant to exhaust memory.
 constexpr std::size_t kMaxXmlBytes = std::size_t{64} << 20;
+constexpr std::ptrdiff_t kMaxXmlTags = std::ptrdiff_t{1} << 18;
 
 std::string Trimmed(std::string text) {
   while (!text.empty() && (text.back() == '\n' || text.back() == '\r' || text.back() == ' ')) text.pop_back();
@@ -49,6 +52,10 @@ Result<XmlDocument> XmlDocument::Load(const std::string& path) {
   // Desktop software writes these files as 8-bit text. A NUL means a wide
   // encoding, in which the declaration test below would not see its markup.
   if (text.find('\0') != std::string::npos) return Fail(path + " is not 8-bit XML text");
+  // Every element costs the parsed tree a few hundred bytes, so a file of
+  // nothing but tags would cost gigabytes; 32767 databases need 65534 tags.
+  if (std::count(text.begin(), text.end(), '<') > kMaxXmlTags)
+    return Fail(path + " holds more elements than a desktop backup's XML file can");
   // A document type declaration is where entity expansion and external loads
   // begin; a desktop backup never has one, so it is refused before parsing.
   if (text.find("<!DOCTYPE") != std::string::npos || text.find("<!ENTITY") != std::string::npos)
@@ -71,6 +78,15 @@ Result<XmlDocument> XmlDocument::Load(const std::string& path) {
   state->doc = doc;
   if (doc->intSubset || doc->extSubset) return Fail(path + " declares a document type, which desktop backups never do");
   return XmlDocument(std::move(state));
+}
+
+std::size_t XmlDocument::Count(const std::string& absolute) const {
+  std::unique_ptr<xmlXPathContext, XPathContextFree> context(xmlXPathNewContext(state_->doc));
+  if (!context) return 0;
+  std::unique_ptr<xmlXPathObject, XPathObjectFree> nodes(
+      xmlXPathEvalExpression(reinterpret_cast<const xmlChar*>(absolute.c_str()), context.get()));
+  if (!nodes || nodes->type != XPATH_NODESET || !nodes->nodesetval) return 0;
+  return static_cast<std::size_t>(nodes->nodesetval->nodeNr);
 }
 
 Result<std::vector<std::optional<std::string>>> XmlDocument::SelectEach(const std::string& absolute,

@@ -23,6 +23,9 @@ class XmlDocument {
   // The failure's text is the parser's reason (with the file and line).
   static Result<XmlDocument> Load(const std::string& path);
 
+  // How many nodes the absolute XPath selects.
+  std::size_t Count(const std::string& absolute) const;
+
   // For each node the absolute XPath selects, in document order, the text of
   // the first node `relative` selects from it (an attribute such as "@uid"), or
   // nothing when it selects none.

@@ -18,7 +18,9 @@ struct ExtractLimits {
   std::uint64_t ratio = 20;
   std::uint64_t totalFloor = std::uint64_t{2} << 30;  // 2 GiB
   std::uint64_t entryFloor = std::uint64_t{2} << 30;
-  std::uint64_t maxEntries = 65536;
+  // A backup holds at most 32767 databases and a manifest; an archive past
+  // the zip format's own 16-bit count is no backup.
+  std::uint64_t maxEntries = 65535;
 };
 
 // Extracts every file entry of the archive directly into `folder`, dropping the

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <new>
+#include <stdexcept>
 
 namespace orchidlamp {
 namespace {
@@ -73,9 +75,17 @@ Result<Bytes> ReadWholeFile(const std::string& path) {
   }
   // Reserved, advised, then sized: the zero fill is what first touches the pages.
   Bytes bytes;
-  bytes.reserve(static_cast<std::size_t>(st.st_size));
-  PreferHugePages(bytes.data(), bytes.capacity());
-  bytes.resize(static_cast<std::size_t>(st.st_size));
+  try {
+    bytes.reserve(static_cast<std::size_t>(st.st_size));
+    PreferHugePages(bytes.data(), bytes.capacity());
+    bytes.resize(static_cast<std::size_t>(st.st_size));
+  } catch (const std::bad_alloc&) {
+    ::close(fd);
+    return Fail("Not enough memory to load " + path);
+  } catch (const std::length_error&) {
+    ::close(fd);
+    return Fail("Not enough memory to load " + path);
+  }
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t n = ::read(fd, bytes.data() + done, bytes.size() - done);

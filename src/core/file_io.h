@@ -12,6 +12,8 @@
 
 namespace orchidlamp {
 
+// A file larger than the memory the process may have gives "Not enough memory
+// to load PATH" rather than an exception.
 Result<Bytes> ReadWholeFile(const std::string& path);
 
 // Asks the kernel to back the whole 2 MiB pages inside [data, data + size) with
