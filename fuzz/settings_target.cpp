@@ -26,7 +26,9 @@ int FuzzSettings(const std::uint8_t* data, std::size_t size) {
   const DatabaseTree& tree = ws.tree();
   for (const TreeNode& node : tree.nodes()) {
     if (!node.tag) continue;
-    for (bool asText : {true, false}) (void)FormatRecordOf(ws, tree[node.parent].text, *node.tag, context, asText);
+    const auto kind = KindByName(tree[node.parent].text);
+    if (!kind || !SpecOf(*kind).HasMembers()) continue;
+    for (bool asText : {true, false}) (void)FormatRecord(SpecOf(*kind), ws.Body(*node.tag), *node.tag, context, asText);
   }
   return 0;
 }

@@ -28,6 +28,7 @@ int main(int argc, char* argv[]) {
   window.OpenGivenPath(QString::fromLocal8Bit(argv[2]));
   int written = 0;
   QTimer::singleShot(0, &window, [&] {
+    while (window.busy()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
     const QStringList files = orchidlamp::RunScreenshotTour(window, prompts, folder);
     for (const QString& file : files) std::printf("%s\n", qPrintable(file));
     written = static_cast<int>(files.size());

@@ -16,6 +16,7 @@
 
 #include "core/workspace.h"
 #include "ui/export_frame.h"
+#include "ui/background_work.h"
 #include "ui/main_window.h"
 #include "ui/media_frame.h"
 #include "ui/merge_dialog.h"
@@ -64,10 +65,18 @@ std::vector<std::pair<QString, NodeId>> FirstRecords(const DatabaseTree& tree) {
   return found;
 }
 
+// Long work runs on a worker; the tour waits for it with events running.
+template <class Owner>
+void Settle(Owner& owner) {
+  while (owner.work().busy()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+  QCoreApplication::processEvents();
+}
+
 void Select(frmMain& window, NodeId node) {
   const QModelIndex index = window.model()->IndexOf(node);
   window.tree()->expand(index.parent());
   window.tree()->setCurrentIndex(index);
+  emit window.tree()->clicked(index);
   window.tree()->scrollTo(index);
 }
 
@@ -126,19 +135,24 @@ QStringList RunScreenshotTour(frmMain& window, TourPrompts& prompts, const QStri
   }
 
   window.findChild<QAction*>(QStringLiteral("ejpg"))->trigger();
+  Settle(window);
   if (window.mediaFrame()->list()->count() == 0) window.findChild<QAction*>(QStringLiteral("epng"))->trigger();
+  Settle(window);
   camera.Take(window, QStringLiteral("dialog-media-panel"));
   window.mediaFrame()->hide();
 
   {
     frmSplit split(ws, prompts, &window);
+    Settle(split);
     TickSome(*split.tvwTree());
     camera.Take(split, QStringLiteral("dialog-split"));
   }
   {
     prompts.secondFile = QString::fromStdString(ws.file().path);
     frmMerge merge(ws, prompts, &window);
+    Settle(merge);
     merge.findChild<QPushButton*>(QStringLiteral("smBrowse"))->click();
+    Settle(merge);
     TickSome(*merge.tvwfTree());
     TickSome(*merge.tvwsTree());
     camera.Take(merge, QStringLiteral("dialog-merge"));

@@ -33,6 +33,7 @@ class TourPrompts final : public UserPrompts {
   bool AskYesNo(QWidget*, const QString&, const QString&) override { return false; }
   void Tell(QWidget*, const Message& message) override { told.push_back(message); }
   void ShowFile(const QString&) override {}
+  std::optional<QString> ChooseFolder(QWidget*, const QString&) override { return std::nullopt; }
 };
 
 // Writes the pictures into `folder` (created when missing) and returns the
