@@ -1,7 +1,7 @@
 #include <vector>
 
 #include "editing/merge.h"
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 #include "editing/selection_tree.h"
 #include "editing/service_book_editor.h"
 #include "editing/split.h"

@@ -1,7 +1,7 @@
 #include "editing/merge.h"
 
 #include "core/ipd_format.h"
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 #include "editing/selection_tree.h"
 #include "editing_fixture.h"
 

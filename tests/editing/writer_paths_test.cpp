@@ -13,7 +13,7 @@
 #include "core/ipd_format.h"
 #include "editing/database_entries.h"
 #include "editing/merge.h"
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 #include "editing/selection_tree.h"
 #include "editing/split.h"
 #include "editing_fixture.h"

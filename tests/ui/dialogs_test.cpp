@@ -18,7 +18,7 @@
 
 #include "convert/open_backup.h"
 #include "core/settings.h"
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 #include "editing/selection_tree.h"
 #include "gui_test_support.h"
 #include "records/record_kinds.h"
