@@ -43,11 +43,6 @@ inline Bytes DatRecord(std::uint16_t x, const Bytes& body, std::uint8_t version 
   return Concat({LE16(x), LE32(static_cast<std::uint32_t>(body.size() + 1)), Bytes{version}, body});
 }
 
-// A .dat file: the one-database header, the name entry, then `tail` as it stands.
-inline Bytes DatFile(const std::string& name, const Bytes& tail) {
-  return Concat({HexToBytes(IpdHeaderHex(1)), LE16(static_cast<std::uint32_t>(name.size() + 1)), TextZ(name), tail});
-}
-
 inline Bytes ManifestFor(const std::vector<std::string>& uids) {
   std::string xml =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?><BlackBerry_Backup><NessusOSDevice><Databases>";
