@@ -11,12 +11,8 @@ namespace {
 std::string TextBehind(std::string_view hex, std::string_view marker, bool keepLineBreaks) {
   const auto found = hex.find(marker);
   const std::size_t p = found == std::string_view::npos ? 0 : found + 1;  // 1-based, 0 when absent
-  auto mid = [&](std::size_t start, std::size_t length) -> std::string_view {
-    if (start < 1 || start > hex.size()) return {};
-    return hex.substr(start - 1, length);
-  };
-  const std::int32_t length = HexToLong(mid(p + 6, 2));
-  return CleanControlChars(HexToText(mid(p + 8, 2 * static_cast<std::size_t>(length))), keepLineBreaks);
+  const std::int32_t length = HexToLong(Mid(hex, p + 6, 2));
+  return CleanControlChars(HexToText(Mid(hex, p + 8, 2 * static_cast<std::size_t>(length))), keepLineBreaks);
 }
 
 constexpr std::string_view kNameMarker = "040100";
