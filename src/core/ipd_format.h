@@ -2,8 +2,10 @@
 
 // The IPD layout: a 42-byte header, the database-name table, then every record.
 // The reader is lenient where the device files demand it: the magic is not
-// compared, the count is read little-endian from bytes 40-41, and one marker
-// block may stand between records.
+// compared, the count is read little-endian from bytes 40-41, and marker blocks
+// may stand between records. One walk reads them all: the loader, the merge's
+// second file and both ends of the desktop backups (whose .dat files hold one
+// name and whose software passes over markers its own way).
 
 #include <cstdint>
 #include <optional>
