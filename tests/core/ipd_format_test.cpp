@@ -27,6 +27,7 @@ TEST(NameTable, CountFromBytes40And41CleanedNamesAndTheTitlesError) {
       {missingEntry, {titles}},  {Bytes(41, 0), {titles}}, {{}, {titles}}};
   for (std::size_t i = 0; i < rows.size(); ++i) EXPECT_EQ(Names(rows[i].first), rows[i].second) << "row " << i;
   EXPECT_EQ(ReadNameTable(bigEndian256)->recordsStart, kIpdHeaderSize);
+  EXPECT_EQ(IpdHeaderHex(300).substr(80), "2C00");  // the writers keep the count's low byte
   // A .dat file holds one name whatever its count says.
   EXPECT_EQ(Names(DatFile("Tasks", Hex("FFFF")), NameCount::One), std::vector<std::string>{"Tasks"});
   EXPECT_EQ(Names(Concat({Hex(IpdHeaderHex(1)), Hex("0900")}), NameCount::One), std::vector<std::string>{titles});
