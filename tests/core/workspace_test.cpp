@@ -35,7 +35,8 @@ TEST_F(LoadTest, RootDatabasesAndRecordsInCollectionOrderWithStatusMenusAndCapti
             "IPD Databases/Please open IPD file from File menu/Orchidlamp IPD Reader");
   IpdBuilder b;  // database 0 would read as bookmarks: one of no known kind goes first
   b.Database("Handheld Agent").Database("Memos").Database("Tasks").Database("Options").Database("memos");
-  b.Add(Memo(1, "first")).Add(FieldRecord(2, {{2, Text("do it")}})).Add(Memo(1, "second")).Add(Memo(4, "x"));
+  b.Add(Memo(1, "first")).Add(FieldRecord(2, {{2, Text("do it")}})).Raw(Hex("FFFF02000100"));  // one marker block
+  b.Add(Memo(1, "second")).Add(Memo(4, "x"));
   ASSERT_TRUE(LoadBytes(b.Build()));
   // An "Option" database gets no node; names match exactly, so "memos" holds no memos.
   EXPECT_EQ(Shape(), (std::vector<std::string>{"Handheld Agent", "Memos|first|second", "Tasks|do it", "memos"}));
