@@ -3,10 +3,12 @@
 #include <vector>
 
 #include "convert/desktop_backup_reader.h"
+#include "convert/desktop_backup_writer.h"
 #include "convert/xml_document.h"
 #include "convert/zip_archive.h"
 #include "core/settings.h"
 #include "fuzz_scratch.h"
+#include "hex_definitions.h"
 #include "fuzz_targets.h"
 #include "records/record_kinds.h"
 
@@ -22,6 +24,11 @@ constexpr std::uint8_t kZipSignature[] = {0x50, 0x4B, 0x03, 0x04};
 constexpr ExtractLimits kFuzzLimits{20, 8u << 20, 8u << 20, 512};
 
 std::time_t FixedTime() { return 1234567890; }
+
+Bytes Concat(Bytes head, const Bytes& tail) {
+  Append(head, tail);
+  return head;
+}
 
 std::vector<std::string_view> SplitParts(std::string_view text) {
   std::vector<std::string_view> parts;
@@ -47,6 +54,27 @@ void ConvertAndLoad(const std::string& archive) {
   (void)ws.Load(ipd.value(), StoredSettings{});
 }
 
+// The .dat reader gives what its definition gives, or refuses the file whole
+// where the definition stops, adding nothing.
+void CheckDatReader(ByteView dat, const std::string& name) {
+  DatabaseParts parts{Bytes{1, 2}, Bytes{3}};
+  const Status read = AppendDatabaseBytes(dat, name, parts);
+  const auto expected = DatPartsByHex(dat);
+  if (read.ok() != expected.has_value()) std::abort();
+  const Bytes names = Concat(Bytes{1, 2}, expected ? expected->first : Bytes{});
+  const Bytes records = Concat(Bytes{3}, expected ? expected->second : Bytes{});
+  if (parts.names != names || parts.records != records) std::abort();
+}
+
+// The .dat files the Windows writer makes of an IPD are the ones their
+// definition gives, and it refuses exactly where the definition stops.
+void CheckDatWriter(ByteView ipd) {
+  std::vector<Bytes> dats;
+  const auto summaries = SummarizeForSave(ipd, &dats);
+  const auto expected = DatsByHex(ipd);
+  if (summaries.ok() != expected.has_value() || (expected && dats != *expected)) std::abort();
+}
+
 // Manifest (Windows kind) or BlackBerry_Backup.xml (Mac kind) first, then the
 // .dat files or the Mac kind's IPD, zipped and converted. The .dat reader and
 // the XML reader also get their parts directly.
@@ -69,11 +97,10 @@ void MadeUpArchive(const std::uint8_t* data, std::size_t size) {
       if (auto xml = XmlDocument::Load(path)) (void)xml->SelectEach(std::string(kManifestDatabasesXPath), "@uid");
     } else if (mac) {
       name = "Databases/" + std::string(kMacDatabasesIpd);
+      CheckDatWriter(ByteView(reinterpret_cast<const std::uint8_t*>(parts[i].data()), parts[i].size()));
     } else {
       name = "Databases/" + std::to_string(i) + ".dat";
-      DatabaseParts collected;
-      (void)AppendDatabaseBytes(ByteView(reinterpret_cast<const std::uint8_t*>(parts[i].data()), parts[i].size()),
-                                name, collected);
+      CheckDatReader(ByteView(reinterpret_cast<const std::uint8_t*>(parts[i].data()), parts[i].size()), name);
     }
     // Both kinds' XML in one archive when asked: the Windows kind must win.
     if (i == 0 && (shape & 2)) entries.push_back({std::string(mac ? kManifestXml : kMacBackupXml), path});

@@ -1,11 +1,15 @@
+#include <cstdio>
 #include <vector>
 
+#include "core/file_io.h"
+
 #include "editing/merge.h"
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 #include "editing/selection_tree.h"
 #include "editing/service_book_editor.h"
 #include "editing/split.h"
 #include "fuzz_scratch.h"
+#include "hex_definitions.h"
 #include "fuzz_targets.h"
 #include "records/record_click.h"
 #include "records/record_kinds.h"
@@ -69,8 +73,15 @@ int FuzzEditing(const std::uint8_t* data, std::size_t size) {
   if (!second) std::abort();  // the same bytes loaded once already
   for (const Toggle& t : input.toggles) Tick(t.secondTree ? second->tree : first, t.node);
 
-  (void)Split(first, ws.file().View(), out);
-  (void)Merge({first, ws.file().View()}, {second->tree, second->bytes}, out);
+  // The byte paths give exactly the bytes the writers are defined by, in memory
+  // and through the file buffer alike.
+  const MergeSource one{first, ws.file().View()}, two{second->tree, second->bytes};
+  const Bytes split = BuildSplitFile(first, ws.file().View()), merged = BuildMergedFile(one, two);
+  if (split != SplitByHex(first, ws.file().View()) || merged != MergeByHex(one, two)) std::abort();
+  std::remove(out.c_str());
+  if (!Split(first, ws.file().View(), out) || ReadWholeFile(out).value() != split) std::abort();
+  std::remove(out.c_str());
+  if (!Merge(one, two, out) || ReadWholeFile(out).value() != merged) std::abort();
 
   // The service-book editor on the chosen record node (any node: the editor
   // itself refuses what is no service book).

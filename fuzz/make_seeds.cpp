@@ -125,5 +125,21 @@ int main(int argc, char** argv) {
          Concat({Bytes{static_cast<std::uint8_t>(z.size())}, Text(z), Bytes{static_cast<std::uint8_t>(d.size())},
                  Text(d), sample}));
   }
+
+  // Marker blocks, which the loader and the desktop software pass over differently.
+  const Bytes m0 = Hex("FFFF02000000"), m1 = Hex("FFFF02000100");
+  const Record task = FieldRecord(1, {{2, TextZ("t")}}), memo = FieldRecord(2, {{1, TextZ("m")}});
+  // The loader passes one block of either kind before a record ...
+  IpdBuilder one = IpdBuilder().Database("SMS Messages").Database("Tasks").Database("Memos");
+  IpdBuilder both = one;
+  one.Add(task).Raw(m0).Add(memo).Raw(m1).Add(task);
+  Save(folder, "editing", "markers", WithControls({2, 0, 0, 0x80, 0, 0, 0}, one.Build()));
+  // ... the desktop software a 00 block and then a 01 block.
+  both.Add(task).Raw(m0).Raw(m1).Add(memo).Raw(m1).Add(task).Raw(m0).Add(memo);
+  Save(folder, "desktop_backup", "made-mac-markers",
+       Concat({Bytes{1}, Text(MacBackupXml({})), Text("\n@@\n"), both.Build()}));
+  const Bytes dat = DatFile("Tasks", Concat({RecordBytes(task), m0, m1, RecordBytes(task), m1, m0, Hex("ABCD")}));
+  Save(folder, "desktop_backup", "made-windows-markers",
+       Concat({Bytes{0}, Text(ManifestXml({{"Tasks", 2}})), Text("\n@@\n"), dat}));
   return 0;
 }

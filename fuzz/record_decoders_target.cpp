@@ -1,8 +1,12 @@
+#include <algorithm>
 #include <vector>
 
+#include "core/hex_text.h"
 #include "core/ipd_format.h"
 #include "fuzz_scratch.h"
 #include "fuzz_targets.h"
+#include "records/decoders.h"
+#include "records/field_walk.h"
 #include "records/record_click.h"
 #include "records/record_kinds.h"
 #include "records/service_book_panel.h"
@@ -40,6 +44,17 @@ int FuzzRecordDecoders(const std::uint8_t* data, std::size_t size) {
   DecodeAsEveryKind(whole, timeZoneHours);
   if (whole.size() <= 96)
     for (std::size_t cut = 0; cut < whole.size(); ++cut) DecodeAsEveryKind(whole.first(cut), timeZoneHours);
+
+  // The decoders' byte walk finds exactly what the hex-text FindField finds, on
+  // any field list, well-formed or not.
+  const ByteView list(control.rest(), std::min<std::size_t>(control.restSize(), 64));
+  const std::string hex = BytesToHex(list);
+  const FieldList fields(list);
+  for (int type = 0; type < 256; type += type < 8 ? 1 : 37) {
+    const std::string code = std::to_string(type);
+    if (BytesToHex(fields.Find(type)) != FindField(hex, code)) std::abort();
+    if (BytesToHex(fields.FindFollowing(type)) != FindField(hex, code, 2)) std::abort();
+  }
 
   const KindLabeller labeller;
   Workspace ws(labeller);

@@ -1,6 +1,6 @@
 #include "cli/commands.h"
 #include "editing/merge.h"
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 #include "editing/selection_tree.h"
 
 namespace orchidlamp::cli {

@@ -16,13 +16,9 @@
 namespace orchidlamp {
 namespace {
 
-constexpr std::size_t kDatNameOffset = kIpdHeaderSize;
-
 Failure Truncated(const std::string& name) {
   return Fail(name + " in the desktop backup is shorter than its lengths state");
 }
-
-void Append(Bytes& to, ByteView bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
 
 // A uid names a file in the work folder; anything that could name another
 // folder is not a uid the desktop software writes.
@@ -76,10 +72,8 @@ Result<std::string> ConvertMac(const WorkFolder& work, const std::string& result
 }  // namespace
 
 Status AppendDatabaseBytes(ByteView dat, const std::string& name, DatabaseParts& parts, Progress* progress) {
-  const std::size_t size = dat.size();
-  if (size < kDatNameOffset + 2) return Truncated(name);
-  const std::size_t nameLength = ReadLE16(dat, kDatNameOffset);
-  if (size - kDatNameOffset - 2 < nameLength) return Truncated(name);
+  auto table = ReadNameTable(dat, NameCount::One);
+  if (!table) return Truncated(name);
 
   // Appended in place and cut back when refused, so that a file refused halfway
   // adds nothing and the records are copied once.
@@ -87,30 +81,23 @@ Status AppendDatabaseBytes(ByteView dat, const std::string& name, DatabaseParts&
   const std::size_t kept = records.size();
   // Grown geometrically: reserving each file's exact size would copy all earlier
   // databases' records again for every file.
-  if (records.capacity() < kept + size) records.reserve(std::max(kept + size, 2 * records.capacity()));
-  const auto refuse = [&] {
+  if (records.capacity() < kept + dat.size()) records.reserve(std::max(kept + dat.size(), 2 * records.capacity()));
+  std::size_t done = 0;
+  const RecordWalk walked = WalkRecords(
+      dat, table->recordsStart,
+      [&](const RecordLocation& r) {
+        const std::uint32_t index = (r.databaseId - 1) & 0xFFFF;
+        records.push_back(static_cast<std::uint8_t>(index & 0xFF));
+        records.push_back(static_cast<std::uint8_t>(index >> 8));
+        Append(records, r.Whole(dat).subspan(2));
+        Report(progress, ++done, 0);
+      },
+      MarkerSkip::ZeroThenOne);
+  if (!walked) {
     records.resize(kept);
     return Truncated(name);
-  };
-  std::size_t p = kDatNameOffset + 2 + nameLength;
-  std::size_t done = 0;
-  while (p < size) {
-    if (size - p < 6) return refuse();
-    const std::uint32_t x = ReadLE16(dat, p);
-    const std::uint32_t length = ReadLE32(dat, p + 2);
-    if (length > size - p - 6) return refuse();
-    const std::uint32_t index = (x - 1) & 0xFFFF;
-    records.push_back(static_cast<std::uint8_t>(index & 0xFF));
-    records.push_back(static_cast<std::uint8_t>(index >> 8));
-    Append(records, dat.subspan(p + 2, 4 + std::size_t{length}));
-    p += 6 + std::size_t{length};
-    Report(progress, ++done, 0);
-    if (p >= size - 1) continue;
-    // Only this order is dropped: a 00 block after a 01 block is read as a record.
-    if (IsMarkerAt(dat, p, 0x00)) p += 6;
-    if (IsMarkerAt(dat, p, 0x01)) p += 6;
   }
-  Append(parts.names, dat.subspan(kDatNameOffset, 2 + nameLength));
+  Append(parts.names, table->entries.front().Bytes(dat));
   return Ok();
 }
 

@@ -17,8 +17,6 @@ namespace {
 
 constexpr std::string_view kDatabasesFolder = "Databases";
 
-void Append(Bytes& to, ByteView bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
-
 // A replaced target is written whole or not at all: the copy goes beside it
 // first and is renamed over it.
 Status CopyToTarget(const std::string& from, const std::string& target) {
@@ -44,28 +42,22 @@ Status WriteText(const std::string& path, const std::string& text) { return Writ
 namespace {
 
 // Walks the records as the desktop software's reader does, calling
-// visit(database, offset, length) for each; fails on what it cannot walk.
+// visit(const RecordLocation&) for each; fails on what it cannot walk and on a
+// record of a database the name table does not list.
 template <typename Visit>
-Status WalkForSave(ByteView ipd, std::size_t recordsStart, std::size_t count, Visit&& visit) {
-  const std::size_t size = ipd.size();
-  std::size_t p = recordsStart;
-  while (p < size) {
-    if (size - p < 6) return Fail(std::string(kFileRecordsError));
-    const std::uint32_t database = ReadLE16(ipd, p);
-    const std::uint32_t length = ReadLE32(ipd, p + 2);
-    if (length > size - p - 6) return Fail(std::string(kFileRecordsError));
-    if (database >= count)
-      return Fail("A record at offset " + std::to_string(p) + " belongs to database " + std::to_string(database) +
-                  ", which the name table does not list");
-    visit(database, p, length);
-    p += 6 + std::size_t{length};
-    // The reader's skip, in the desktop software's order: a 00 block, then a 01 block.
-    if (p < size - 1) {
-      if (IsMarkerAt(ipd, p, 0x00)) p += 6;
-      if (IsMarkerAt(ipd, p, 0x01)) p += 6;
-    }
-  }
-  return Ok();
+Status WalkForSave(ByteView ipd, const NameTable& table, Visit&& visit) {
+  const std::size_t count = table.entries.size();
+  return WalkRecords(
+             ipd, table.recordsStart,
+             [&](const RecordLocation& r) -> Status {
+               if (r.databaseId >= count)
+                 return Fail("A record at offset " + std::to_string(r.offset) + " belongs to database " +
+                             std::to_string(r.databaseId) + ", which the name table does not list");
+               visit(r);
+               return Ok();
+             },
+             MarkerSkip::ZeroThenOne)
+      .status();
 }
 
 }  // namespace
@@ -84,9 +76,9 @@ Result<std::vector<DatabaseSummary>> SummarizeForSave(ByteView ipd, std::vector<
   std::vector<std::size_t> datSizes(count, 0);
   for (std::size_t i = 0; i < count; ++i) datSizes[i] = header.size() + table->entries[i].Bytes(ipd).size();
   std::size_t done = 0;
-  Status walked = WalkForSave(ipd, table->recordsStart, count, [&](std::uint32_t database, std::size_t, std::uint32_t length) {
-    ++summaries[database].recordCount;
-    datSizes[database] += 6 + std::size_t{length};
+  Status walked = WalkForSave(ipd, table.value(), [&](const RecordLocation& r) {
+    ++summaries[r.databaseId].recordCount;
+    datSizes[r.databaseId] += 6 + std::size_t{r.length};
     Report(progress, ++done, 0);
   });
   if (!walked) return walked.failure();
@@ -100,12 +92,12 @@ Result<std::vector<DatabaseSummary>> SummarizeForSave(ByteView ipd, std::vector<
     dat.assign(header.begin(), header.end());
     Append(dat, table->entries[i].Bytes(ipd));
   }
-  (void)WalkForSave(ipd, table->recordsStart, count, [&](std::uint32_t database, std::size_t p, std::uint32_t length) {
-    Bytes& dat = (*dats)[database];
-    const std::uint32_t k = database + 1;
+  (void)WalkForSave(ipd, table.value(), [&](const RecordLocation& r) {
+    Bytes& dat = (*dats)[r.databaseId];
+    const std::uint32_t k = r.databaseId + 1;
     dat.push_back(static_cast<std::uint8_t>(k & 0xFF));
     dat.push_back(static_cast<std::uint8_t>(k >> 8));
-    Append(dat, ipd.subspan(p + 2, 4 + std::size_t{length}));
+    Append(dat, r.Whole(ipd).subspan(2));
   });
   return summaries;
 }

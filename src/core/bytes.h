@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -26,6 +27,8 @@ inline ByteView ClippedSub(ByteView b, std::size_t offset, std::size_t length) {
   if (offset >= b.size()) return {};
   return b.subspan(offset, std::min(length, b.size() - offset));
 }
+
+inline void Append(Bytes& to, ByteView bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
 
 // 8-bit text: one character per byte, no conversion.
 inline std::string BytesToText(ByteView b) { return std::string(b.begin(), b.end()); }

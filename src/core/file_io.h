@@ -78,6 +78,10 @@ class BufferedFileWriter {
   std::optional<Failure> failure_;
 };
 
+// Writers that fill either a byte array or a file through its buffer append
+// through this and the Append of core/bytes.h alike.
+inline void Append(BufferedFileWriter& out, ByteView bytes) { out.Append(bytes); }
+
 bool FolderExists(const std::string& path);
 Status CreateFolder(const std::string& path);
 

@@ -23,12 +23,6 @@ int CheckedDigit(char c) {
   return v;
 }
 
-// Mid$ with 1-based start: what exists of [start, start + length).
-std::string_view Mid(std::string_view s, std::size_t start, std::size_t length) {
-  if (start < 1 || start > s.size()) return {};
-  return s.substr(start - 1, length);
-}
-
 int TypeCodeValue(std::string_view code) {
   int value = 0;
   auto [ptr, ec] = std::from_chars(code.data(), code.data() + code.size(), value);
@@ -80,6 +74,11 @@ Match Walk(std::string_view fields, int wanted, const Layout& layout) {
 }
 
 }  // namespace
+
+std::string_view Mid(std::string_view s, std::size_t start, std::size_t length) {
+  if (start < 1 || start > s.size()) return {};
+  return s.substr(start - 1, length);
+}
 
 std::int32_t HexToLong(std::string_view hex) {
   if (hex.size() > 8) hex = hex.substr(hex.size() - 8);

@@ -12,6 +12,10 @@
 
 namespace orchidlamp {
 
+// What exists of [start, start + length) of `s`, start counted from 1; empty
+// when start is 0 or past the end.
+std::string_view Mid(std::string_view s, std::size_t start, std::size_t length = std::string_view::npos);
+
 // Up to 8 digits, most significant first; only the rightmost 8 count. The empty
 // text is 0, FFFFFFFF is -1. Throws CommandError on a non-hex digit.
 std::int32_t HexToLong(std::string_view hex);

@@ -4,11 +4,11 @@
 
 namespace orchidlamp {
 
-Result<NameTable> ReadNameTable(ByteView file) {
+Result<NameTable> ReadNameTable(ByteView file, NameCount names) {
   if (file.size() < kIpdHeaderSize) return Fail(std::string(kDbTitlesError));
   // Byte 41 is the separator, but it is read as the count's high byte: the count
   // is right for every file of fewer than 256 databases, and those are all we read.
-  const std::uint32_t count = ReadLE16(file, 40);
+  const std::uint32_t count = names == NameCount::One ? 1 : ReadLE16(file, 40);
   NameTable table;
   table.entries.reserve(count);
   std::size_t pos = kIpdHeaderSize;

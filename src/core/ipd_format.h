@@ -2,12 +2,16 @@
 
 // The IPD layout: a 42-byte header, the database-name table, then every record.
 // The reader is lenient where the device files demand it: the magic is not
-// compared, the count is read little-endian from bytes 40-41, and one marker
-// block may stand between records.
+// compared, the count is read little-endian from bytes 40-41, and marker blocks
+// may stand between records. One walk reads them all: the loader, the merge's
+// second file and both ends of the desktop backups (whose .dat files hold one
+// name and whose software passes over markers its own way).
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "core/bytes.h"
@@ -40,7 +44,11 @@ struct NameTable {
   std::size_t recordsStart = kIpdHeaderSize;
 };
 
-Result<NameTable> ReadNameTable(ByteView file);
+// How many name entries follow the header: the handheld's files say so in bytes
+// 40-41; a desktop backup's .dat file holds exactly one.
+enum class NameCount { FromHeader, One };
+
+Result<NameTable> ReadNameTable(ByteView file, NameCount names = NameCount::FromHeader);
 
 struct RecordLocation {
   std::size_t offset = 0;  // of the record's database id
@@ -59,22 +67,66 @@ struct RecordLocation {
 bool IsRecordMarkerAt(ByteView file, std::size_t p);
 bool IsMarkerAt(ByteView file, std::size_t p, std::uint8_t last);
 
+// How marker blocks (FF FF 02 00 00 / 01) standing after a record are passed over.
+enum class MarkerSkip {
+  // The handheld loader: one block of either kind, and only when something
+  // follows it; a block at the very end is read as a record and fails the walk.
+  OneBeforeRecord,
+  // The desktop software: a 00 block, then a 01 block, each when present, as
+  // long as more than one byte follows the record. A 00 block after a 01 block
+  // is read as a record.
+  ZeroThenOne,
+};
+
+// The offset after the marker blocks `skip` passes over at p, just past a record.
+inline std::size_t SkipMarkers(ByteView file, std::size_t p, MarkerSkip skip) {
+  const std::size_t size = file.size();
+  if (skip == MarkerSkip::OneBeforeRecord) return size >= 6 && p < size - 6 && IsRecordMarkerAt(file, p) ? p + 6 : p;
+  if (p + 1 >= size) return p;
+  if (IsMarkerAt(file, p, 0x00)) p += 6;
+  if (IsMarkerAt(file, p, 0x01)) p += 6;
+  return p;
+}
+
+// Where a record walk ended. A walk that stopped part way keeps the records it
+// visited before the stop (the visitor has seen them) and says why it stopped.
+struct RecordWalk {
+  std::size_t records = 0;  // records visited
+  std::size_t end = 0;      // the offset the walk stopped at
+  std::optional<Failure> failure;
+
+  bool whole() const { return !failure; }
+  explicit operator bool() const { return whole(); }
+  Status status() const { return failure ? Status(*failure) : Ok(); }
+};
+
 // Calls visit(const RecordLocation&) for every record from `start` to the end.
-// A record running past the end of the file stops the walk with the records
-// error; records visited before it stay visited.
+// A record header or body running past the end of the file stops the walk with
+// the records error. The visitor may return a Status: a failure stops the walk
+// with that failure.
 template <class Visit>
-Status WalkRecords(ByteView file, std::size_t start, Visit&& visit) {
-  const std::size_t length = file.size();
+RecordWalk WalkRecords(ByteView file, std::size_t start, Visit&& visit,
+                       MarkerSkip skip = MarkerSkip::OneBeforeRecord) {
+  const std::size_t size = file.size();
+  RecordWalk walk;
   std::size_t p = start;
-  while (p < length) {
-    if (length - p < 6) return Fail(std::string(kFileRecordsError));
-    RecordLocation r{p, ReadLE16(file, p), ReadLE32(file, p + 2)};
-    if (r.length > length - p - 6) return Fail(std::string(kFileRecordsError));
-    visit(static_cast<const RecordLocation&>(r));
-    p = r.End();
-    if (length >= 6 && p < length - 6 && IsRecordMarkerAt(file, p)) p += 6;
+  while (p < size) {
+    if (size - p < 6) break;
+    const RecordLocation r{p, ReadLE16(file, p), ReadLE32(file, p + 2)};
+    if (r.length > size - p - 6) break;
+    if constexpr (std::is_void_v<std::invoke_result_t<Visit&, const RecordLocation&>>) {
+      visit(r);
+    } else if (Status visited = visit(r); !visited) {
+      walk.failure = visited.failure();
+      walk.end = p;
+      return walk;
+    }
+    ++walk.records;
+    p = SkipMarkers(file, r.End(), skip);
   }
-  return Ok();
+  walk.end = p;
+  if (p < size) walk.failure = Fail(std::string(kFileRecordsError));
+  return walk;
 }
 
 // The bytes of a span, clipped to the file (a span the index made is always inside).

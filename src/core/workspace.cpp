@@ -5,6 +5,7 @@
 #include "core/file_io.h"
 #include "core/ipd_format.h"
 #include "core/paths.h"
+#include "core/record_range.h"
 
 namespace orchidlamp {
 namespace {
@@ -81,7 +82,7 @@ Status Workspace::LoadIndex(Progress* progress) {
   tree_.Reserve(tree_.size() + known);
 
   std::size_t seen = 0;
-  Status walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
+  const RecordWalk walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
     if (++seen % kProgressEvery == 0) Report(progress, r.offset, bytes.size());
     const auto kind = KindOfDatabase(r.databaseId);
     if (!kind || r.databaseId >= databaseNodes.size() || databaseNodes[r.databaseId] == kNoNode) return;
@@ -93,7 +94,7 @@ Status Workspace::LoadIndex(Progress* progress) {
   });
   status_.main = FileNameOf(file_.path);
   for (const auto& [kind, text] : kStatusCounts) status_.details += std::to_string(Counter(kind)) + std::string(text);
-  if (!walked) return walked;
+  if (!walked) return walked.status();
   Report(progress, bytes.size(), bytes.size());
   return Ok();
 }
@@ -104,19 +105,11 @@ std::optional<Kind> Workspace::KindOfDatabase(std::uint32_t databaseIndex) const
   return std::nullopt;
 }
 
-ByteView Workspace::Range(std::int64_t from, std::int64_t through) const {
-  const auto size = static_cast<std::int64_t>(file_.bytes.size());
-  if (from < 0 || through >= size || from > through + 1)
-    throw CommandError("Record position " + std::to_string(from) + ":" + std::to_string(through) +
-                       " lies outside the loaded file");
-  return ByteView(file_.bytes).subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(through - from + 1));
-}
-
 ByteView Workspace::Body(const RecordSpan& span) const {
   // A record shorter than its header has a span that ends before it starts; its
   // body is empty.
   if (span.last < span.first) return {};
-  return Range(span.first, span.last);
+  return CheckedRange(file_.View(), span.first, span.last);
 }
 
 std::string Workspace::OutputFolder() const {

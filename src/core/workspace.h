@@ -80,8 +80,6 @@ class Workspace {
   // The body bytes of a record node's tag. Throws CommandError when the tag does
   // not lie inside the loaded bytes.
   ByteView Body(const RecordSpan& span) const;
-  // The bytes [from, through] of the loaded file, checked likewise.
-  ByteView Range(std::int64_t from, std::int64_t through) const;
 
   const RecordLabeller& labeller() const { return labeller_; }
   const Clock& clock() const { return clock_; }

@@ -3,31 +3,27 @@
 #include <algorithm>
 #include <vector>
 
-#include "core/file_io.h"
 #include "core/hex_text.h"
 #include "core/ipd_format.h"
-#include "editing/byte_range.h"
+#include "core/record_range.h"
 #include "editing/database_entries.h"
+#include "editing/planned_file.h"
 #include "editing/selection_tree.h"
 
 namespace orchidlamp {
 namespace {
 
-// The writers fill either a byte array or a file through its buffer.
-void Put(Bytes& out, ByteView bytes) { out.insert(out.end(), bytes.begin(), bytes.end()); }
-void Put(BufferedFileWriter& out, ByteView bytes) { out.Append(bytes); }
-
 template <typename Out>
 void AppendLE16(Out& out, std::uint32_t value) {
   const std::uint8_t bytes[2] = {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)};
-  Put(out, bytes);
+  Append(out, bytes);
 }
 
 // Appends bytes [from, from + count) of `part`, what exists of them, as the
 // record's text is cut by position.
 template <typename Out>
 void AppendCut(Out& out, ByteView part, std::size_t from, std::size_t count) {
-  Put(out, ClippedSub(part, from, count));
+  Append(out, ClippedSub(part, from, count));
 }
 
 // Calls `visit` with the tag of every record the merge takes from `source` for
@@ -97,22 +93,13 @@ Bytes RenumberRecord(const RecordSpan& tag, ByteView bytes, std::uint16_t databa
   return out;
 }
 
-Bytes CollectDatabase(const MergeSource& first, const MergeSource& second, std::string_view name,
-                      std::uint16_t databaseId) {
-  Bytes out;
-  AppendDatabase(first, second, name, databaseId, out);
-  return out;
-}
-
 namespace {
 
 // What goes into the file before the records are copied: the header and name
 // table, and the databases written, in order. Making it walks every record
 // and checks its range, so a bad tag fails here, before anything is written.
-struct MergePlan {
-  Bytes head;
+struct MergePlan : PlannedFile {
   std::vector<std::string_view> databases;
-  std::size_t recordBytes = 0;
 };
 
 MergePlan PlanMerge(const MergeSource& first, const MergeSource& second) {
@@ -135,7 +122,7 @@ MergePlan PlanMerge(const MergeSource& first, const MergeSource& second) {
 
 template <typename Out>
 void WriteMerged(const MergePlan& plan, const MergeSource& first, const MergeSource& second, Out& out) {
-  Put(out, plan.head);
+  Append(out, plan.head);
   for (std::size_t id = 0; id < plan.databases.size(); ++id)
     AppendDatabase(first, second, plan.databases[id], static_cast<std::uint16_t>(id), out);
 }
@@ -144,26 +131,13 @@ void WriteMerged(const MergePlan& plan, const MergeSource& first, const MergeSou
 
 Bytes BuildMergedFile(const MergeSource& first, const MergeSource& second) {
   const MergePlan plan = PlanMerge(first, second);
-  Bytes file;
-  file.reserve(plan.head.size() + plan.recordBytes);
-  PreferHugePages(file.data(), file.capacity());
-  WriteMerged(plan, first, second, file);
-  return file;
+  return BuildPlanned(plan, [&](Bytes& out) { WriteMerged(plan, first, second, out); });
 }
 
 Result<std::optional<Message>> Merge(const MergeSource& first, const MergeSource& second, const std::string& path) {
-  if (path.empty()) return std::optional<Message>{};
-  return Guarded([&]() -> Result<std::optional<Message>> {
-    // Straight from the loaded files into the output through one small buffer:
-    // the merged file is never held whole.
-    const MergePlan plan = PlanMerge(first, second);
-    BufferedFileWriter out(path, BufferedFileWriter::Mode::InPlace);
-    if (out.failure()) return *out.failure();
-    WriteMerged(plan, first, second, out);
-    if (Status written = out.Finish(); !written) return written.failure();
-    return std::optional<Message>{
-        Message{"File saved as " + path, std::string(kMergeCompleteTitle), MessageIcon::Information}};
-  });
+  return WritePlanned(
+      path, kMergeCompleteTitle, [&] { return PlanMerge(first, second); },
+      [&](const MergePlan& plan, BufferedFileWriter& out) { WriteMerged(plan, first, second, out); });
 }
 
 }  // namespace orchidlamp

@@ -93,6 +93,4 @@ const std::string& RootText(const DatabaseTree& tree) {
   return tree.empty() ? kEmpty : tree[tree.Root()].text;
 }
 
-bool IsTicked(const TreeNode& node) { return node.image == ImageKey::TickSome || node.image == ImageKey::TickAll; }
-
 }  // namespace orchidlamp

@@ -40,6 +40,5 @@ void UpdateParentCheck(DatabaseTree& tree, NodeId node);
 
 // The root's text, or empty for an empty tree.
 const std::string& RootText(const DatabaseTree& tree);
-bool IsTicked(const TreeNode& node);  // "Some" or "All"
 
 }  // namespace orchidlamp

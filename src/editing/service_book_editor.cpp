@@ -3,17 +3,15 @@
 #include "core/file_io.h"
 #include "core/hex_text.h"
 #include "core/kinds.h"
-#include "editing/byte_range.h"
+#include "core/record_range.h"
 
 namespace orchidlamp {
 namespace {
 
-void Append(Bytes& out, ByteView bytes) { out.insert(out.end(), bytes.begin(), bytes.end()); }
-
 // The record as it stands in the file: from its first database-id byte.
 ByteView WholeRecord(const Workspace& ws, const TreeNode& node) {
   const RecordSpan& tag = TagOf(node);
-  return ws.Range(tag.first - 7, tag.last);
+  return CheckedRange(ws.file().View(), tag.first - 7, tag.last);
 }
 
 Result<EditorSave> Write(const Workspace& ws, const Bytes& file, std::optional<Message> refusal) {

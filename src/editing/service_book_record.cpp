@@ -8,11 +8,6 @@
 namespace orchidlamp {
 namespace {
 
-std::string_view Mid(std::string_view s, std::size_t start, std::size_t length = std::string_view::npos) {
-  if (start < 1 || start > s.size()) return {};
-  return s.substr(start - 1, length);
-}
-
 std::string Le16Hex(std::size_t value, std::string_view what) {
   if (value > 0xFFFF) throw CommandError("The service book's " + std::string(what) + " is too long to be written");
   return ByteToHex(static_cast<std::int64_t>(value)) + ByteToHex(static_cast<std::int64_t>(value >> 8));

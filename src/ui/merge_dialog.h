@@ -13,7 +13,7 @@
 #include <optional>
 
 #include "core/database_tree.h"
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 
 class QLineEdit;
 class QPushButton;

@@ -156,7 +156,8 @@ TEST(HostileOutputs, FailedWritesSayWhyAndLeaveTheOpenBackupAsItWas) {
   ::mkdir(readOnly.c_str(), 0555);
   EXPECT_NE(RunCli({"--out-dir", readOnly, "export", backup, "--csv", "--scope", "all"}).err.find("Cannot write "),
             std::string::npos);
-  EXPECT_EQ(RunCli({"convert", backup, folder.path(), "--to", "bbb-win"}).err, "Error in convertion!!\n");
+  EXPECT_EQ(RunCli({"convert", backup, folder.path(), "--to", "bbb-win"}).err,
+            "Error in convertion!!\nCannot write " + folder.path() + ": it is a folder\n");
   EXPECT_NE(RunCli({"split", backup, folder.path(), "--toggle", "Top"}).err.find(": it is a folder"), std::string::npos);
   EXPECT_EQ(RunOnAFullDisk({"convert", backup, folder.File("copy.ipd"), "--to", "ipd"}).exitCode, 1);
   EXPECT_FALSE(FileExists(folder.File("copy.ipd")));

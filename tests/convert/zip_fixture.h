@@ -1,8 +1,8 @@
 #pragma once
 
-// Desktop-backup fixtures built in the tests: .dat files from records, and zip
-// archives from named byte strings (in the order given, any names at all, so
-// hostile archives can be made as easily as good ones).
+// Desktop-backup fixtures: zip archives from named byte strings (in the order
+// given, any names at all, so hostile archives are as easy to make as good
+// ones) and the XML files that go with the .dat files of the shared builder.
 
 #include <zip.h>
 
@@ -11,8 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/hex_text.h"
-#include "core/ipd_format.h"
 #include "support/ipd_builder.h"
 
 namespace orchidlamp::testing {
@@ -32,28 +30,13 @@ inline void WriteZip(const std::string& path, const ZipEntries& entries) {
       throw std::runtime_error("zip_file_add failed for " + name);
     }
   }
-  if (zip_close(za) != 0) {
-    zip_discard(za);
-    throw std::runtime_error("zip_close failed for " + path);
-  }
-}
-
-// One record as a .dat holds it: database number x, length, version, body.
-inline Bytes DatRecord(std::uint16_t x, const Bytes& body, std::uint8_t version = 0) {
-  return Concat({LE16(x), LE32(static_cast<std::uint32_t>(body.size() + 1)), Bytes{version}, body});
-}
-
-// A .dat file: the one-database header, the name entry, then `tail` as it stands.
-inline Bytes DatFile(const std::string& name, const Bytes& tail) {
-  return Concat({HexToBytes(IpdHeaderHex(1)), LE16(static_cast<std::uint32_t>(name.size() + 1)), TextZ(name), tail});
+  if (zip_close(za) != 0) zip_discard(za), throw std::runtime_error("zip_close failed for " + path);
 }
 
 inline Bytes ManifestFor(const std::vector<std::string>& uids) {
-  std::string xml =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?><BlackBerry_Backup><NessusOSDevice><Databases>";
+  std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><BlackBerry_Backup><NessusOSDevice><Databases>";
   for (const std::string& uid : uids) xml += "<Database uid=\"" + uid + "\">x</Database>";
-  xml += "</Databases></NessusOSDevice></BlackBerry_Backup>\r\n";
-  return Text(xml);
+  return Text(xml + "</Databases></NessusOSDevice></BlackBerry_Backup>\r\n");
 }
 
 inline Bytes MacXml() {

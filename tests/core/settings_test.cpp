@@ -7,37 +7,18 @@
 namespace orchidlamp {
 namespace {
 
-TEST(Settings, TimeZoneTextBecomesHours) {
+TEST(Settings, TimeZonesDelimitersAndPaths) {
+  const std::vector<std::pair<std::string, double>> zones = {{"GMT", 0}, {"+11", 11}, {"-5", -5}, {"5.5", 5.5},
+                                                             {"", 0},    {"abc", 0},  {"3 hours", 3}};
+  for (const auto& [text, hours] : zones) EXPECT_EQ(DeriveSettings({text, ","}).timeZoneHours, hours) << text;
   EXPECT_EQ(DeriveSettings({"GMT", ","}).timeZoneText, "0");
-  EXPECT_EQ(DeriveSettings({"GMT", ","}).timeZoneHours, 0);
-  EXPECT_EQ(DeriveSettings({"+11", ","}).timeZoneHours, 11);
-  EXPECT_EQ(DeriveSettings({"-5", ","}).timeZoneHours, -5);
-  EXPECT_EQ(DeriveSettings({"5.5", ","}).timeZoneHours, 5.5);
-  EXPECT_EQ(DeriveSettings({"", ","}).timeZoneHours, 0);
-  EXPECT_EQ(DeriveSettings({"abc", ","}).timeZoneHours, 0);
-  EXPECT_EQ(DeriveSettings({"3 hours", ","}).timeZoneHours, 3);
-}
-
-TEST(Settings, DelimitersIncludingTheReversedBracketsAndTheFallback) {
-  EXPECT_EQ(DelimiterFor(","), ",");
-  EXPECT_EQ(DelimiterFor(";"), ";");
-  EXPECT_EQ(DelimiterFor("'"), "'");
-  EXPECT_EQ(DelimiterFor("TAB"), "\t");
-  EXPECT_EQ(DelimiterFor("SPACE"), " ");
-  EXPECT_EQ(DelimiterFor("< >"), "> <");
-  EXPECT_EQ(DelimiterFor("( )"), ") (");
-  EXPECT_EQ(DelimiterFor("{ }"), "} {");
-  // The options list offers the apostrophe with a trailing blank, which matches nothing.
-  EXPECT_EQ(DelimiterFor("' "), ",");
-  EXPECT_EQ(DelimiterFor("tab"), ",");
-}
-
-TEST(Paths, FolderOfTakesEitherSeparator) {
-  EXPECT_EQ(FolderOf("/home/u/b.ipd"), "/home/u/");
-  EXPECT_EQ(FolderOf("C:\\data\\b.ipd"), "C:\\data\\");
-  EXPECT_EQ(FolderOf("b.ipd"), "");
-  EXPECT_EQ(FileNameOf("/home/u/b.ipd"), "b.ipd");
-  EXPECT_EQ(FileNameOf("b.ipd"), "b.ipd");
+  // The brackets come out reversed; the options list's apostrophe with a trailing blank matches nothing.
+  const std::vector<std::pair<std::string, std::string>> delimiters = {
+      {",", ","},      {";", ";"},     {"'", "'"},     {"TAB", "\t"}, {"SPACE", " "},
+      {"< >", "> <"},  {"( )", ") ("}, {"{ }", "} {"}, {"' ", ","},   {"tab", ","}};
+  for (const auto& [stored, used] : delimiters) EXPECT_EQ(DelimiterFor(stored), used) << stored;
+  EXPECT_EQ(FolderOf("/home/u/b.ipd") + FolderOf("C:\\data\\b.ipd") + FolderOf("b.ipd"), "/home/u/C:\\data\\");
+  EXPECT_EQ(FileNameOf("/home/u/b.ipd") + FileNameOf("b.ipd"), "b.ipdb.ipd");
 }
 
 }  // namespace

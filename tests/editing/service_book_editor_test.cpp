@@ -1,7 +1,5 @@
 #include "editing/service_book_editor.h"
 
-#include <filesystem>
-
 #include "core/hex_text.h"
 #include "records/record_click.h"
 #include "editing_fixture.h"
@@ -11,150 +9,91 @@ namespace {
 
 using namespace orchidlamp::testing;
 
-Record ServiceBook(std::uint16_t db, std::string_view name, std::uint16_t handle) {
-  return FieldRecord(db,
-                     {{0x01, Hex("0A0B")},
-                      {0x03, TextZ(name)},
-                      {0x06, LE32(7)},
-                      {0x07, TextZ(std::string(name) + "-uid")},
-                      {0x08, TextZ("CID")},
-                      {0x16, FieldList({{0x0A, Hex("03")}, {0x06, LE32(48)}, {0x11, Hex("1F901F91")}})}},
+Record Book(std::uint16_t db, std::string_view name, std::uint16_t handle) {
+  return FieldRecord(db, {{0x03, TextZ(name)}, {0x06, LE32(7)}, {0x07, TextZ("U")}, {0x08, TextZ("C")},
+                          {0x16, FieldList({{0x0A, Hex("03")}, {0x06, LE32(48)}})}},
                      handle, 0x100 + handle);
-}
-
-const Bytes& Prefix() {
-  static const Bytes prefix = HexToBytes(kServiceBookFilePrefixHex);
-  return prefix;
 }
 
 class EditorTest : public EditingTest {
  protected:
-  // Service books at `sbIndex` of the name table: three records, and a task.
-  void OpenBooks(std::uint16_t sbIndex) {
+  // Three service books at `index` of the name table, with a task among them.
+  void OpenBooks(std::uint16_t index) {
     IpdBuilder b;
-    for (std::uint16_t i = 0; i < sbIndex; ++i) b.Database(i == 0 ? "Handheld Agent" : "Other " + std::to_string(i));
+    for (std::uint16_t i = 0; i < index; ++i) b.Database("Other " + std::to_string(i));
     b.Database("Service Book").Database("Tasks");
-    books = {ServiceBook(sbIndex, "One", 1), ServiceBook(sbIndex, "Two", 2), ServiceBook(sbIndex, "Three", 3)};
-    b.Add(books[0]).Add(TaskRecord(sbIndex + 1, "task")).Add(books[1]).Add(books[2]);
+    b.Add(books[0] = Book(index, "One", 1)).Add(TaskRecord(index + 1, "task"));
+    b.Add(books[1] = Book(index, "Two", 2)).Add(books[2] = Book(index, "Three", 3));
     spans = {b.SpanOf(0), b.SpanOf(1), b.SpanOf(2), b.SpanOf(3)};
     Open(b.Build());
     ws.folders().output = folder.path();
   }
-  // Selects and clicks a node as the window does before mEdit.
-  EditSB Edit(const std::string& span) {
-    ws.selected = ws.tree().FindByTag(span);
-    (void)ClickNode(ws, ws.selected);
-    auto opened = EditSB::Open(ws);
-    EXPECT_TRUE(opened && opened.value());
-    return opened && opened.value() ? *opened.value() : EditSB{};
+  // Selects and clicks a node as the window does before opening the editor.
+  Result<std::optional<EditSB>> Edit(NodeId node) {
+    ws.selected = node;
+    if (node != kNoNode) (void)ClickNode(ws, node);
+    return EditSB::Open(ws);
   }
-  std::string ExpectedPath() const { return folder.path() + "/OL_Export_" + DdHhNnSs(1700000000) + ".ipd"; }
+  Bytes Rebuilt(const EditSB& editor) const { return HexToBytes(editor.BuildRecord().hex); }
+  std::string Path() const { return folder.path() + "/OL_Export_" + DdHhNnSs(1700000000) + ".ipd"; }
 
-  std::vector<Record> books;
+  Record books[3];
   std::vector<std::string> spans;
+  const Bytes prefix = HexToBytes(kServiceBookFilePrefixHex);
 };
 
-TEST_F(EditorTest, OpeningNeedsASelectedServiceBookRecord) {
+TEST_F(EditorTest, OpensOnlyOnASelectedServiceBookRecordWithThePanelsValues) {
   OpenBooks(1);
-  auto none = EditSB::Open(ws);
-  ASSERT_FALSE(none);
-  EXPECT_EQ(none.failure().message, (Message{"No Service Book record is selected!\r\nPlease select one for edit",
-                                             "Please select record first:", MessageIcon::Exclamation}));
-  for (NodeId node : {ws.tree().FindByTag(spans[1]), ws.tree().Root(), ws.tree().FindByKey("1DBTop")}) {
-    ws.selected = node;
-    auto refused = EditSB::Open(ws);
-    ASSERT_TRUE(refused);
-    EXPECT_FALSE(refused.value().has_value());
-  }
-
-  const EditSB editor = Edit(spans[2]);
-  EXPECT_EQ(editor.code(), BytesToHex(RecordBytes(books[1])));
-  EXPECT_EQ(editor.heading(), "Edit the *Two* service book");
+  EXPECT_EQ(Edit(kNoNode).failure().message,
+            (Message{"No Service Book record is selected!\r\nPlease select one for edit", "Please select record first:",
+                     MessageIcon::Exclamation}));
+  for (NodeId node : {ws.tree().FindByTag(spans[1]), ws.tree().Root(), ws.tree().FindByKey("1DBTop")})
+    EXPECT_FALSE(Edit(node).value().has_value());  // nothing shown
+  const EditSB editor = *Edit(ws.tree().FindByTag(spans[2])).value();
+  EXPECT_EQ(editor.code() + editor.heading(), BytesToHex(RecordBytes(books[1])) + "Edit the *Two* service book");
   EXPECT_EQ(editor.hrtnet, ws.hrtnet);
-  EXPECT_EQ(editor.hrtnet[17], "Two");
-  EXPECT_EQ(editor.hrtnet[0], "48");
+  EXPECT_EQ(editor.hrtnet[17] + "/" + editor.hrtnet[0], "Two/48");
 }
 
-TEST_F(EditorTest, SaveWritesThePrefixAndTheRebuiltRecordBesideTheBackup) {
-  OpenBooks(1);
-  EditSB editor = Edit(spans[0]);
+TEST_F(EditorTest, SaveWritesTheRebuiltRecordAndSaveAllTheOthersByteForByteWithTheirOwnIds) {
+  OpenBooks(2);
+  EditSB editor = *Edit(ws.tree().FindByTag(spans[0])).value();
   editor.hrtnet[17] = "Renamed";
   auto saved = editor.Save(ws);
   ASSERT_TRUE(saved) << saved.failure().message.text;
-  EXPECT_EQ(saved->path, ExpectedPath());
-  EXPECT_EQ(saved->messages,
-            (std::vector<Message>{{"File saved as " + ExpectedPath(), "", MessageIcon::Information}}));
-  Bytes expected = Prefix();
-  const Bytes record = HexToBytes(editor.BuildRecord().hex);
-  expected.insert(expected.end(), record.begin(), record.end());
-  EXPECT_EQ(ReadFile(saved->path), expected);
-  EXPECT_EQ(ReadBack(saved->path), (std::vector<std::string>{"Service Book|Renamed"}));
-
-  // Reading it back shows the same boxes the editor held.
-  Workspace reader(labeller);
-  ASSERT_TRUE(reader.Load(saved->path, StoredSettings{}));
-  (void)ClickNode(reader, reader.tree().FindByKey("0DBTop") + 1);
-  EXPECT_EQ(reader.hrtnet, editor.hrtnet);
+  EXPECT_EQ(saved->messages, (std::vector<Message>{{"File saved as " + Path(), "", MessageIcon::Information}}));
+  EXPECT_EQ(ReadFile(Path()), Concat({prefix, Rebuilt(editor)}));
+  EXPECT_EQ(ReadBack(Path()), std::vector<std::string>{"Service Book|Renamed"});
+  std::remove(Path().c_str());
+  // The others keep database id 2, which the one-database file does not list.
+  ASSERT_TRUE(editor.SaveAll(ws));
+  EXPECT_EQ(ReadFile(Path()), Concat({prefix, Rebuilt(editor), RecordBytes(books[1]), RecordBytes(books[2])}));
+  EXPECT_EQ(ReadBack(Path()), std::vector<std::string>{"Service Book|Renamed"});
 }
 
-TEST_F(EditorTest, SaveAllKeepsTheOtherRecordsByteForByte) {
+TEST_F(EditorTest, ABlankNameStillWritesTheFileWithoutTheRecordAndFailuresWriteNothing) {
   OpenBooks(0);
-  EditSB editor = Edit(spans[2]);
-  editor.hrtnet[17] = "Second";
-  auto saved = editor.SaveAll(ws);
-  ASSERT_TRUE(saved) << saved.failure().message.text;
-  const Bytes rebuilt = HexToBytes(editor.BuildRecord().hex);
-  EXPECT_EQ(ReadFile(saved->path), Concat({Prefix(), RecordBytes(books[0]), rebuilt, RecordBytes(books[2])}));
-  EXPECT_EQ(ReadBack(saved->path), (std::vector<std::string>{"Service Book|One|Second|Three"}));
-}
-
-TEST_F(EditorTest, SaveAllCopiesTheOthersWithTheirOwnDatabaseId) {
-  OpenBooks(2);
-  EditSB editor = Edit(spans[0]);
-  auto saved = editor.SaveAll(ws);
-  ASSERT_TRUE(saved);
-  const Bytes rebuilt = HexToBytes(editor.BuildRecord().hex);
-  EXPECT_EQ(ReadFile(saved->path), Concat({Prefix(), rebuilt, RecordBytes(books[1]), RecordBytes(books[2])}));
-  // The file declares one database: records still carrying id 2 belong to none.
-  EXPECT_EQ(ReadBack(saved->path), (std::vector<std::string>{"Service Book|One"}));
-}
-
-TEST_F(EditorTest, ABlankNameStillWritesTheFileWithoutTheRecord) {
-  OpenBooks(0);
-  EditSB editor = Edit(spans[0]);
+  EditSB editor = *Edit(ws.tree().FindByTag(spans[0])).value();
   editor.hrtnet[19] = "";
   auto saved = editor.SaveAll(ws);
   ASSERT_TRUE(saved);
-  ASSERT_EQ(saved->messages.size(), 2u);
+  EXPECT_EQ(saved->messages.size(), 2u);
   EXPECT_EQ(saved->messages[0].icon, MessageIcon::Critical);
-  EXPECT_EQ(saved->messages[1].text, "File saved as " + saved->path);
-  EXPECT_EQ(ReadFile(saved->path), Concat({Prefix(), RecordBytes(books[1]), RecordBytes(books[2])}));
+  EXPECT_EQ(ReadFile(Path()), Concat({prefix, RecordBytes(books[1]), RecordBytes(books[2])}));
+  ASSERT_TRUE(editor.Save(ws));  // the same name within one second: written over from offset 0, not truncated
+  EXPECT_EQ(ReadFile(Path()), Concat({prefix, RecordBytes(books[1]), RecordBytes(books[2])}));
+  std::remove(Path().c_str());
 
-  auto single = editor.Save(ws);
-  ASSERT_TRUE(single);
-  // Same name within the same second: written over, from offset 0, not truncated.
-  const Bytes written = ReadFile(single->path);
-  EXPECT_TRUE(std::equal(Prefix().begin(), Prefix().end(), written.begin()));
-  EXPECT_GT(written.size(), Prefix().size());
-}
-
-TEST_F(EditorTest, FailuresWriteNothing) {
-  OpenBooks(0);
-  EditSB editor = Edit(spans[0]);
-  editor.hrtnet[20] = "seven";
-  auto notNumber = editor.Save(ws);
-  ASSERT_FALSE(notNumber);
-  EXPECT_NE(notNumber.failure().message.text.find("hrtnet(20)"), std::string::npos);
+  editor.hrtnet[19] = "C", editor.hrtnet[20] = "seven";
+  EXPECT_NE(editor.Save(ws).failure().message.text.find("hrtnet(20)"), std::string::npos);
   EXPECT_FALSE(editor.SaveAll(ws));
-  EXPECT_FALSE(FileExists(ExpectedPath()));
-
   editor.hrtnet[20] = "7";
   ws.folders().output = folder.File("gone");
   EXPECT_FALSE(editor.Save(ws));
   ws.selected = kNoNode;
   ws.folders().output = folder.path();
   EXPECT_FALSE(editor.SaveAll(ws));
-  EXPECT_FALSE(FileExists(ExpectedPath()));
+  EXPECT_FALSE(FileExists(Path()));
 }
 
 }  // namespace

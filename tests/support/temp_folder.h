@@ -1,5 +1,4 @@
 #pragma once
-
 #include <string>
 
 #include "core/bytes.h"
@@ -16,12 +15,11 @@ class TempFolder {
 
   const std::string& path() const { return path_; }
   std::string File(const std::string& name) const { return path_ + "/" + name; }
-  std::string Write(const std::string& name, const Bytes& bytes) const;
+  std::string Write(const std::string& name, const Bytes& bytes) const;  // returns the file's path
 
  private:
   std::string path_;
 };
-
 Bytes ReadFile(const std::string& path);
 bool FileExists(const std::string& path);
 

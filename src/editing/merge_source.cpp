@@ -1,4 +1,4 @@
-#include "editing/second_file.h"
+#include "editing/merge_source.h"
 
 #include <algorithm>
 #include <array>
@@ -57,14 +57,14 @@ Result<SecondFile> LoadSecondFile(const std::string& path, const RecordLabeller&
   });
   tree.Reserve(tree.size() + known);
 
-  Status walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
+  const RecordWalk walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
     const auto kind = kindOf(r.databaseId);
     if (!kind) return;
     const RecordSpan span = r.Span();
     RecordLabel label = labeller.Label(*kind, BodyOf(bytes, span));
     tree.Add(databaseNodes[r.databaseId], {}, std::move(label.text), label.image, span);
   });
-  if (!walked) return walked.failure();
+  if (!walked) return *walked.failure;
   return second;
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
-// The merge's second backup: its own byte array and its own selection tree,
-// loaded by the walk the main loader uses. Only the nine mergeable databases get
-// nodes; kinds are assigned by exact name with slots that start at -1 for every
-// file (none of the main loader's carried-over slots).
+// What the merge reads from. Either side is a selection tree over a byte array;
+// the second side is a backup of its own, loaded here by the walk the main
+// loader uses. Only the nine mergeable databases get nodes; kinds are assigned by
+// exact name with slots that start at -1 for every file (none of the main
+// loader's carried-over slots).
 
 #include <string>
 
@@ -13,6 +14,12 @@
 #include "core/record_labeller.h"
 
 namespace orchidlamp {
+
+// One side of the merge: a selection tree and the byte array its tags point into.
+struct MergeSource {
+  const DatabaseTree& tree;
+  ByteView bytes;
+};
 
 struct SecondFile {
   std::string path;

@@ -1,8 +1,9 @@
 #pragma once
 
-// Bounds-checked views of a loaded byte array by record positions. The writers
-// copy bytes by the positions in node tags; a position outside the array stops
-// the command (CommandError) before anything is written.
+// Bounds-checked views of a loaded byte array by record positions. The tree's
+// tags and the positions derived from them (a record's length field, its
+// database id) are checked once here: a position outside the array stops the
+// command (CommandError) before anything is written or shown.
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "editing/byte_range.h"
+#include "core/record_range.h"
 
 #include <string>
 
