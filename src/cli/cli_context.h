@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/workspace.h"
 #include "records/record_kinds.h"
 

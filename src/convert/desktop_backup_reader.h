@@ -11,7 +11,7 @@
 #include "convert/work_folder.h"
 #include "convert/zip_archive.h"
 #include "core/bytes.h"
-#include "core/message.h"
+#include "core/result.h"
 #include "core/progress.h"
 #include "core/time_stamp.h"
 

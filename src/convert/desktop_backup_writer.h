@@ -10,7 +10,7 @@
 #include "convert/backup_manifest.h"
 #include "convert/work_folder.h"
 #include "core/bytes.h"
-#include "core/message.h"
+#include "core/result.h"
 #include "core/progress.h"
 #include "core/time_stamp.h"
 #include "core/workspace.h"

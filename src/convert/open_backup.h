@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/progress.h"
 #include "core/settings.h"
 #include "core/workspace.h"

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/time_stamp.h"
 
 namespace orchidlamp {

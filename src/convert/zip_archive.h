@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "core/bytes.h"
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 

@@ -3,7 +3,7 @@
 #include <charconv>
 
 #include "core/code_page_1256.h"
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 namespace {

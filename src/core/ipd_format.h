@@ -16,7 +16,7 @@
 
 #include "core/bytes.h"
 #include "core/database_tree.h"
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 

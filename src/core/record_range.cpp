@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 

@@ -12,7 +12,7 @@
 #include "core/bytes.h"
 #include "core/database_tree.h"
 #include "core/kinds.h"
-#include "core/message.h"
+#include "core/result.h"
 #include "core/progress.h"
 #include "core/record_labeller.h"
 #include "core/settings.h"

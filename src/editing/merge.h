@@ -10,7 +10,7 @@
 
 #include "core/bytes.h"
 #include "core/database_tree.h"
-#include "core/message.h"
+#include "core/result.h"
 #include "editing/merge_source.h"
 
 namespace orchidlamp {

@@ -12,7 +12,7 @@
 
 #include "core/bytes.h"
 #include "core/file_io.h"
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/workspace.h"
 #include "editing/service_book_record.h"
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/workspace.h"
 
 namespace orchidlamp {

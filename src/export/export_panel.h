@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/workspace.h"
 #include "records/record_kinds.h"
 

@@ -22,7 +22,7 @@
 #include <vector>
 
 #include "core/bytes.h"
-#include "core/message.h"
+#include "core/result.h"
 #include "core/progress.h"
 #include "core/workspace.h"
 

@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "core/bytes.h"
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 

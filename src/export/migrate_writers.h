@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "export/migrate_records.h"
 
 namespace orchidlamp {

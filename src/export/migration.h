@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/progress.h"
 #include "core/workspace.h"
 #include "export/migrate_text.h"

@@ -13,7 +13,7 @@
 #include <optional>
 #include <string>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "core/progress.h"
 #include "core/workspace.h"
 #include "export/export_panel.h"

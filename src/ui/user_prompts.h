@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/message.h"
+#include "core/result.h"
 
 class QWidget;
 

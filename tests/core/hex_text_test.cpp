@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/message.h"
+#include "core/result.h"
 
 namespace orchidlamp {
 namespace {

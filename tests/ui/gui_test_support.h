@@ -13,7 +13,7 @@
 #include <deque>
 #include <vector>
 
-#include "core/message.h"
+#include "core/result.h"
 #include "ui/background_work.h"
 #include "ui/user_prompts.h"
 
