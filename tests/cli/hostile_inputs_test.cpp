@@ -3,11 +3,7 @@
 // a failed write leaves the open backup as it was. The fuzzers do the rest.
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <optional>
 #include <regex>
 
@@ -132,37 +128,6 @@ INSTANTIATE_TEST_SUITE_P(
              "Manifest.xml lists 40000 databases; at most 32767 can be read"},
         Case{"missing-dat.bbb", StoredZip({{"Manifest.xml", kManifest, {}}}), kTree, 1, "lacks 1.dat"}),
     [](const auto& info) { return std::regex_replace(info.param.name, std::regex("[^A-Za-z0-9]"), "_"); });
-
-// The command on a full disk as far as it can tell: files cannot grow past 16
-// bytes (its messages neither), and a write fails with EFBIG, not a signal.
-CliRun RunOnAFullDisk(const std::vector<std::string>& args) {
-  rlimit saved{};
-  ::getrlimit(RLIMIT_FSIZE, &saved);
-  const auto previous = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit small = saved;
-  small.rlim_cur = 16;
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  const CliRun run = RunCli(args);
-  ::setrlimit(RLIMIT_FSIZE, &saved);
-  std::signal(SIGXFSZ, previous);
-  return run;
-}
-
-TEST(HostileOutputs, FailedWritesSayWhyAndLeaveTheOpenBackupAsItWas) {
-  TempFolder folder;
-  const std::string backup = folder.Write("open.ipd", kSmall);
-  // Root writes through permission bits: a folder that refuses new files stands in.
-  const std::string readOnly = ::geteuid() == 0 ? "/proc/self" : folder.File("read-only");
-  ::mkdir(readOnly.c_str(), 0555);
-  EXPECT_NE(RunCli({"--out-dir", readOnly, "export", backup, "--csv", "--scope", "all"}).err.find("Cannot write "),
-            std::string::npos);
-  EXPECT_EQ(RunCli({"convert", backup, folder.path(), "--to", "bbb-win"}).err,
-            "Error in convertion!!\nCannot write " + folder.path() + ": it is a folder\n");
-  EXPECT_NE(RunCli({"split", backup, folder.path(), "--toggle", "Top"}).err.find(": it is a folder"), std::string::npos);
-  EXPECT_EQ(RunOnAFullDisk({"convert", backup, folder.File("copy.ipd"), "--to", "ipd"}).exitCode, 1);
-  EXPECT_FALSE(FileExists(folder.File("copy.ipd")));
-  EXPECT_EQ(ReadFile(backup), kSmall);
-}
 
 }  // namespace
 }  // namespace orchidlamp::testing

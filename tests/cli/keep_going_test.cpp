@@ -48,13 +48,5 @@ TEST(KeepGoing, RunsTheCommandOnWhatWasReadAndSaysSoInItsStatus) {
   EXPECT_EQ(empty.exitCode, 1);
 }
 
-TEST(FailedWrites, SaveAsKeepsItsTextAndGivesTheReasonOnASecondLine) {
-  TempFolder folder;
-  const CliRun run = RunCli({"convert", SamplePath(), folder.File("no/such/folder.bbb"), "--to", "bbb-win"});
-  EXPECT_EQ(run.exitCode, 1);
-  EXPECT_EQ(run.err.substr(0, run.err.find('\n')), "Error in convertion!!");
-  EXPECT_NE(run.err.find("No such file or directory"), std::string::npos);
-}
-
 }  // namespace
 }  // namespace orchidlamp

@@ -160,16 +160,16 @@ TEST_F(MainWindowTest, HelpAboutAndDrop) {
   QTest::mouseClick(splash->findChild<QWidget*>(QStringLiteral("Image1")), Qt::LeftButton);
   EXPECT_FALSE(splash->isVisible());
 
-  // A dropped backup opens once the drop has returned.
+  // A dropped backup, named in any letter case, opens once the drop has returned.
   QMimeData data;
-  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.Write("dropped.ipd", ReadFile(SamplePath()))))});
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.Write("dropped.IPD", ReadFile(SamplePath()))))});
   QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QCoreApplication::sendEvent(&window, &enter);  // the drop goes to the widget the drag entered
   QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QCoreApplication::sendEvent(&window, &drop);
   QCoreApplication::processEvents();
   WaitForWork(window);
-  EXPECT_EQ(Panel("main"), QStringLiteral("dropped.ipd"));
+  EXPECT_EQ(Panel("main"), QStringLiteral("dropped.IPD"));
 }
 
 TEST_F(MainWindowTest, ExportPanelAndMediaFrameWriteWhatTheyShow) {
