@@ -70,12 +70,7 @@ frmMerge::frmMerge(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   connect(exit, &QPushButton::clicked, this, &QDialog::close);
   resize(820, 540);
   SetBusy(true);
-  work_->Start<DatabaseTree>([&ws](Progress&) { return LoadSelectionTree(ws.tree()); },
-                             [this](DatabaseTree tree) {
-                               first_ = std::move(tree);
-                               tvwfTree_->SetTree(&first_);
-                               SetBusy(false);
-                             });
+  CopyIntoView(*work_, ws.tree(), first_, *tvwfTree_, [this] { SetBusy(false); });
 }
 
 // The worker reads the selection trees: it must end before the members go.
@@ -119,11 +114,7 @@ void frmMerge::btnMerge_Click() {
       },
       [this](Done done) {
         SetBusy(false);
-        if (!done) {
-          prompts_.Tell(this, done.failure().message);
-          return;
-        }
-        if (done.value()) prompts_.Tell(this, *done.value());
+        TellOutcome(prompts_, this, done);
       });
 }
 

@@ -6,6 +6,7 @@
 #include <QPixmap>
 
 #include "editing/selection_tree.h"
+#include "ui/background_work.h"
 #include "ui/tree_model.h"
 
 namespace orchidlamp {
@@ -107,6 +108,16 @@ void SelectionTreeView::keyPressEvent(QKeyEvent* event) {
   }
   if (event->key() == Qt::Key_Space) Toggle(model_->NodeOf(currentIndex()));
   event->accept();
+}
+
+void CopyIntoView(BackgroundWork& work, const DatabaseTree& source, DatabaseTree& into, SelectionTreeView& view,
+                  std::function<void()> done) {
+  work.Start<DatabaseTree>([&source](Progress&) { return LoadSelectionTree(source); },
+                           [&into, &view, done = std::move(done)](DatabaseTree tree) {
+                             into = std::move(tree);
+                             view.SetTree(&into);
+                             done();
+                           });
 }
 
 }  // namespace orchidlamp

@@ -12,6 +12,7 @@
 #include <QIcon>
 #include <QPoint>
 #include <QTreeView>
+#include <functional>
 
 #include "core/database_tree.h"
 
@@ -29,6 +30,8 @@ class TickImages {
  private:
   QIcon none_, some_, all_;
 };
+
+class BackgroundWork;
 
 class SelectionTreeView final : public QTreeView {
   Q_OBJECT
@@ -59,5 +62,10 @@ class SelectionTreeView final : public QTreeView {
   TreeModel* model_ = nullptr;
   QPoint pressedAt_;
 };
+
+// Copies `source` (the main tree) into `into` on `work`, then shows it in
+// `view` and runs `done`: a million records are copied without holding the window.
+void CopyIntoView(BackgroundWork& work, const DatabaseTree& source, DatabaseTree& into, SelectionTreeView& view,
+                  std::function<void()> done);
 
 }  // namespace orchidlamp

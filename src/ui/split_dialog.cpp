@@ -48,12 +48,7 @@ frmSplit::frmSplit(const Workspace& ws, UserPrompts& prompts, QWidget* parent)
   connect(exit, &QPushButton::clicked, this, &QDialog::close);
   resize(460, 520);
   SetBusy(true);
-  work_->Start<DatabaseTree>([&ws](Progress&) { return LoadSelectionTree(ws.tree()); },
-                             [this](DatabaseTree tree) {
-                               selection_ = std::move(tree);
-                               tvwTree_->SetTree(&selection_);
-                               SetBusy(false);
-                             });
+  CopyIntoView(*work_, ws.tree(), selection_, *tvwTree_, [this] { SetBusy(false); });
 }
 
 // The worker reads the selection tree: it must end before the members go.
@@ -68,11 +63,7 @@ void frmSplit::btnSplit_Click() {
   work_->Start<Done>([this, path](Progress&) { return Split(selection_, ws_.file().View(), path); },
                      [this](Done done) {
                        SetBusy(false);
-                       if (!done) {
-                         prompts_.Tell(this, done.failure().message);
-                         return;
-                       }
-                       if (done.value()) prompts_.Tell(this, *done.value());
+                       TellOutcome(prompts_, this, done);
                      });
 }
 

@@ -64,6 +64,13 @@ void DialogPrompts::Tell(QWidget* parent, const Message& message) {
 
 void DialogPrompts::ShowFile(const QString& path) { QDesktopServices::openUrl(QUrl::fromLocalFile(path)); }
 
+void TellOutcome(UserPrompts& prompts, QWidget* parent, const Result<std::optional<Message>>& outcome) {
+  if (!outcome)
+    prompts.Tell(parent, outcome.failure().message);
+  else if (outcome.value())
+    prompts.Tell(parent, *outcome.value());
+}
+
 QString WithFilterExtension(const QString& path, const QString& filterDescription) {
   if (!QFileInfo(path).suffix().isEmpty()) return path;
   static const QRegularExpression kPattern(QStringLiteral("\\(\\*(\\.[^ ;)*]+)"));

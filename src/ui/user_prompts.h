@@ -44,6 +44,9 @@ class UserPrompts {
 // another: the chosen one is how the filter index is found.
 QString DialogFilter(std::string_view pipeFilter);
 
+// A command's outcome: its failure, or its message when it has one.
+void TellOutcome(UserPrompts& prompts, QWidget* parent, const Result<std::optional<Message>>& outcome);
+
 // A saved name without an extension gets the first one of the chosen filter
 // ("IPD Files (*.ipd)" gives ".ipd"); a name with one stays as it is.
 QString WithFilterExtension(const QString& path, const QString& filterDescription);
