@@ -169,7 +169,9 @@ void BufferedFileWriter::Flush() {
       fd_ = -1;  // WriteOpen closed it
     }
   }
+  written_ += used_;
   used_ = 0;
+  Report(progress_, written_, total_);
 }
 
 Status BufferedFileWriter::Finish() {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/bytes.h"
+#include "core/progress.h"
 #include "core/result.h"
 
 namespace orchidlamp {
@@ -66,6 +67,12 @@ class BufferedFileWriter {
   // Writes what is buffered and closes the file.
   Status Finish();
 
+  // Each time the buffer goes out: the bytes written so far of `total`.
+  void ReportTo(Progress* progress, std::size_t total) {
+    progress_ = progress;
+    total_ = total;
+  }
+
  private:
   void Flush();
 
@@ -75,6 +82,9 @@ class BufferedFileWriter {
   bool finished_ = false;
   Bytes buffer_;
   std::size_t used_ = 0;
+  std::size_t written_ = 0;
+  Progress* progress_ = nullptr;
+  std::size_t total_ = 0;
   std::optional<Failure> failure_;
 };
 

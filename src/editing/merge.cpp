@@ -134,10 +134,11 @@ Bytes BuildMergedFile(const MergeSource& first, const MergeSource& second) {
   return BuildPlanned(plan, [&](Bytes& out) { WriteMerged(plan, first, second, out); });
 }
 
-Result<std::optional<Message>> Merge(const MergeSource& first, const MergeSource& second, const std::string& path) {
+Result<std::optional<Message>> Merge(const MergeSource& first, const MergeSource& second, const std::string& path,
+                                     Progress* progress) {
   return WritePlanned(
       path, kMergeCompleteTitle, [&] { return PlanMerge(first, second); },
-      [&](const MergePlan& plan, BufferedFileWriter& out) { WriteMerged(plan, first, second, out); });
+      [&](const MergePlan& plan, BufferedFileWriter& out) { WriteMerged(plan, first, second, out); }, progress);
 }
 
 }  // namespace orchidlamp

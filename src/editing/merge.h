@@ -10,6 +10,7 @@
 
 #include "core/bytes.h"
 #include "core/database_tree.h"
+#include "core/progress.h"
 #include "core/result.h"
 #include "editing/merge_source.h"
 
@@ -32,6 +33,7 @@ Bytes BuildMergedFile(const MergeSource& first, const MergeSource& second);
 // The merge command: writes over `path` from offset 0 without truncating and
 // returns the "File saved as" message. An empty path writes nothing and has no
 // message. Nothing is written when building fails.
-Result<std::optional<Message>> Merge(const MergeSource& first, const MergeSource& second, const std::string& path);
+Result<std::optional<Message>> Merge(const MergeSource& first, const MergeSource& second, const std::string& path,
+                                     Progress* progress = nullptr);
 
 }  // namespace orchidlamp

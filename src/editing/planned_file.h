@@ -35,14 +35,16 @@ Bytes BuildPlanned(const PlannedFile& plan, Write&& write) {
 // WITHOUT truncating (an existing longer file keeps its tail), and the "File
 // saved as" message titled `title`. An empty path is a cancelled dialog: nothing
 // is written and there is no message. Nothing is written when planning fails.
+// `progress` hears of every buffer written.
 template <typename MakePlan, typename Write>
 Result<std::optional<Message>> WritePlanned(const std::string& path, std::string_view title, MakePlan&& makePlan,
-                                            Write&& write) {
+                                            Write&& write, Progress* progress) {
   if (path.empty()) return std::optional<Message>{};
   return Guarded([&]() -> Result<std::optional<Message>> {
     const auto plan = makePlan();
     BufferedFileWriter out(path, BufferedFileWriter::Mode::InPlace);
     if (out.failure()) return *out.failure();
+    out.ReportTo(progress, plan.head.size() + plan.recordBytes);
     write(plan, out);
     if (Status written = out.Finish(); !written) return written.failure();
     return std::optional<Message>{Message{"File saved as " + path, std::string(title), MessageIcon::Information}};

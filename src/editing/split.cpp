@@ -66,10 +66,11 @@ Bytes BuildSplitFile(const DatabaseTree& selection, ByteView loaded) {
   return BuildPlanned(plan, [&](Bytes& out) { WriteSplit(plan, selection, loaded, out); });
 }
 
-Result<std::optional<Message>> Split(const DatabaseTree& selection, ByteView loaded, const std::string& path) {
+Result<std::optional<Message>> Split(const DatabaseTree& selection, ByteView loaded, const std::string& path,
+                                     Progress* progress) {
   return WritePlanned(
       path, kSplitCompleteTitle, [&] { return PlanSplit(selection, loaded); },
-      [&](const PlannedFile& plan, BufferedFileWriter& out) { WriteSplit(plan, selection, loaded, out); });
+      [&](const PlannedFile& plan, BufferedFileWriter& out) { WriteSplit(plan, selection, loaded, out); }, progress);
 }
 
 }  // namespace orchidlamp

@@ -8,6 +8,7 @@
 
 #include "core/bytes.h"
 #include "core/database_tree.h"
+#include "core/progress.h"
 #include "core/result.h"
 
 namespace orchidlamp {
@@ -25,6 +26,7 @@ Bytes BuildSplitFile(const DatabaseTree& selection, ByteView loaded);
 // WITHOUT truncating (an existing longer file keeps its tail), and returns the
 // "File saved as" message. An empty path is a cancelled dialog: nothing is
 // written and there is no message. Nothing is written when building fails.
-Result<std::optional<Message>> Split(const DatabaseTree& selection, ByteView loaded, const std::string& path);
+Result<std::optional<Message>> Split(const DatabaseTree& selection, ByteView loaded, const std::string& path,
+                                     Progress* progress = nullptr);
 
 }  // namespace orchidlamp

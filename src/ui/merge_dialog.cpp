@@ -106,15 +106,15 @@ void frmMerge::btnMerge_Click() {
   SetBusy(true);
   using Done = Result<std::optional<Message>>;
   work_->Start<Done>(
-      [this, path](Progress&) {
+      [this, path](Progress& progress) {
         const DatabaseTree noTree;
         const MergeSource first{first_, ws_.file().View()};
         const MergeSource second{second_ ? second_->tree : noTree, second_ ? ByteView(second_->bytes) : ByteView()};
-        return Merge(first, second, path);
+        return Merge(first, second, path, &progress);
       },
       [this](Done done) {
         SetBusy(false);
-        TellOutcome(prompts_, this, done);
+        if (!work_->cancelRequested()) TellOutcome(prompts_, this, done);
       });
 }
 

@@ -60,10 +60,10 @@ void frmSplit::btnSplit_Click() {
   const std::string path = ToPath(chosen->path);
   SetBusy(true);
   using Done = Result<std::optional<Message>>;
-  work_->Start<Done>([this, path](Progress&) { return Split(selection_, ws_.file().View(), path); },
+  work_->Start<Done>([this, path](Progress& progress) { return Split(selection_, ws_.file().View(), path, &progress); },
                      [this](Done done) {
                        SetBusy(false);
-                       TellOutcome(prompts_, this, done);
+                       if (!work_->cancelRequested()) TellOutcome(prompts_, this, done);
                      });
 }
 
