@@ -77,8 +77,9 @@ Bytes MergeByHex(const MergeSource& first, const MergeSource& second) {
   for (std::string_view name : kMergeDatabaseNames) {
     std::string collected;
     std::uint32_t handle = 1;
-    for (const auto& [source, hex] : {std::pair{&first, &firstHex}, std::pair{&second, &secondHex}}) {
-      const DatabaseTree& tree = source->tree;
+    for (const auto& sourceAndHex : {std::pair{&first, &firstHex}, std::pair{&second, &secondHex}}) {
+      const DatabaseTree& tree = sourceAndHex.first->tree;
+      const std::string* hex = sourceAndHex.second;  // a lambda below reads it: no structured binding
       for (NodeId id = 0; id < static_cast<NodeId>(tree.size()); ++id) {
         const TreeNode& node = tree[id];
         if (node.image == ImageKey::TickNone || node.text == RootText(tree) || node.text != name) continue;
