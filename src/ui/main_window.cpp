@@ -499,7 +499,7 @@ void frmMain::mMigrate_Click() {
       [this, folder = *folder](Result<MigrationReport> report) {
         ShowBusy(false);
         if (!report) {
-          prompts_.Tell(this, report.failure().message);
+          if (!work_->cancelRequested()) prompts_.Tell(this, report.failure().message);
           return;
         }
         if (report->cancelled) return;
