@@ -1,6 +1,5 @@
-// The open flow on damaged and misnamed backups: what was read stays usable,
-// a file that is no desktop backup is read as the IPD it may be, and writers
-// stopped part way leave nothing they created.
+// The open flow on misnamed backups: a file that is no desktop backup is read
+// as the IPD it may be; and writers stopped part way leave nothing they created.
 
 #include <gtest/gtest.h>
 
@@ -30,22 +29,6 @@ struct Opened {
 };
 
 void Open(Opened& o, const std::string& path, BackupKind kind) { o.status = OpenBackup(o.ws, path, kind, {}); }
-
-TEST(OpenFlow, AWalkCutPartWayKeepsWhatItReadWithCountersAndMenus) {
-  TempFolder folder;
-  Bytes bytes = TwoMemos();
-  bytes.resize(bytes.size() - 3);  // inside the second record
-  Opened o;
-  Open(o, folder.Write("cut.ipd", bytes), BackupKind::Ipd);
-  ASSERT_FALSE(o.status);
-  EXPECT_EQ(o.status.failure().message.text, "Error Parsing the file, couldn't read the file records");
-  EXPECT_EQ(o.ws.tree().size(), 4u);  // root, two databases, the first memo
-  EXPECT_EQ(o.ws.status().main, "cut.ipd");
-  EXPECT_EQ(o.ws.status().details.substr(0, 26), "0 SMS Messages, 0 Address ");
-  EXPECT_NE(o.ws.status().details.find("1 Memos"), std::string::npos);
-  EXPECT_TRUE(o.ws.menus().saveAs);
-  EXPECT_TRUE(o.ws.menus().manipulate);
-}
 
 TEST(OpenFlow, AnIpdNamedAsADesktopBackupOpensAsAnIpd) {
   TempFolder folder;

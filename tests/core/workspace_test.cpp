@@ -67,6 +67,7 @@ TEST_F(LoadTest, SlotsZeroAndOneOutliveTheFileThatSetThem) {
   EXPECT_EQ(fresh.KindOfDatabase(0), Kind::BrowserBookmarks);
 }
 
+// What was read stays usable: its counters show and its menus open.
 TEST_F(LoadTest, ARecordRunningPastTheEndFailsButKeepsTheRecordsBeforeIt) {
   IpdBuilder b;
   b.Database("Handheld Agent").Database("Memos").Add(Memo(1, "ok")).Add(Memo(1, "cut"));
@@ -74,6 +75,8 @@ TEST_F(LoadTest, ARecordRunningPastTheEndFailsButKeepsTheRecordsBeforeIt) {
   bytes.pop_back();
   EXPECT_EQ(LoadBytes(bytes).failure().message.text, kFileRecordsError);
   EXPECT_EQ(Shape(), (std::vector<std::string>{"Handheld Agent", "Memos|ok"}));
+  EXPECT_NE(ws.status().details.find(" 1 Memos, "), std::string::npos);
+  EXPECT_TRUE(ws.menus().saveAs && ws.menus().manipulate);
   EXPECT_EQ(LoadBytes({}).failure().message.text, kDbTitlesError);
   ASSERT_TRUE(LoadBytes(b.Build()));  // tags outside the loaded bytes never reach a reader
   EXPECT_THROW(ws.Body({0, 100000}), CommandError);

@@ -1,5 +1,5 @@
-// The desktop association the window registers, the one the package installs,
-// and the program folder an installed copy uses.
+// The desktop association the window registers, how it steps aside for the
+// package's, and the program folder an installed copy uses.
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QString>
 
-#include "support/cli_runner.h"
 #include "support/temp_folder.h"
 #include "platform/file_association.h"
 #include "platform/program_folder.h"
@@ -18,13 +17,6 @@ namespace {
 using namespace orchidlamp::testing;
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
-
-// The files the package installs, read from the source tree.
-QString Packaged(const QString& name) {
-  QFile file(Q(SamplePath()).section(QLatin1Char('/'), 0, -3) + QStringLiteral("/packaging/") + name);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  return QString::fromUtf8(file.readAll());
-}
 
 QString Read(const std::string& path) {
   QFile file(QString::fromStdString(path));
@@ -52,19 +44,12 @@ TEST(FileAssociation, WritesADesktopEntryAndAMimeTypeForIpdFiles) {
   // Written again at every start, over what was there.
   EXPECT_TRUE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), QString::fromStdString(data.path())));
   EXPECT_TRUE(Read(data.File("applications/orchidlamp.desktop")).contains(QStringLiteral("Exec=/usr/bin/orchidlamp %f")));
-}
-
-TEST(FileAssociation, QuotesAnExecutablePathThatNeedsIt) {
+  // A path that needs quoting gets it; a folder that cannot be written is no failure of the program.
   EXPECT_TRUE(DesktopEntryText(QStringLiteral("/home/a b/orchidlamp"))
                   .contains(QStringLiteral("\nExec=\"/home/a b/orchidlamp\" %f\n")));
   EXPECT_TRUE(DesktopEntryText(QStringLiteral("/home/$x/orchidlamp"))
                   .contains(QStringLiteral("\nExec=\"/home/\\\\$x/orchidlamp\" %f\n")));
-}
-
-TEST(FileAssociation, AFolderThatCannotBeWrittenIsNoFailureOfTheProgram) {
-  TempFolder data;
-  const std::string blocker = data.Write("file", Bytes{0x78});
-  EXPECT_FALSE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), QString::fromStdString(blocker)));
+  EXPECT_FALSE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), Q(data.Write("file", Bytes{0x78}))));
 }
 
 TEST(InstalledAssociation, APackageEntryInASystemFolderIsFound) {
@@ -80,7 +65,7 @@ TEST(InstalledAssociation, APackageEntryInASystemFolderIsFound) {
   EXPECT_FALSE(PackageProvidesAssociation({Q(usrShare.path())}));
 }
 
-TEST(InstalledAssociation, CopiesAnEarlierStartWroteAreRemoved) {
+TEST(InstalledAssociation, CopiesAnEarlierStartWroteAreRemovedButFilesAUserEditedStay) {
   TempFolder user;
   ASSERT_TRUE(RegisterFileAssociation(QStringLiteral("/home/me/build/orchidlamp"), Q(user.path())));
   ASSERT_TRUE(FileExists(user.File("applications/orchidlamp.desktop")));
@@ -90,10 +75,8 @@ TEST(InstalledAssociation, CopiesAnEarlierStartWroteAreRemoved) {
   EXPECT_FALSE(FileExists(user.File("mime/packages/orchidlamp.xml")));
   // Nothing left: nothing to rebuild.
   EXPECT_FALSE(RemoveRegisteredAssociation(Q(user.path())));
-}
 
-TEST(InstalledAssociation, FilesAUserEditedStay) {
-  TempFolder user;
+  // Files a user edited stay.
   ASSERT_TRUE(RegisterFileAssociation(QStringLiteral("/usr/bin/orchidlamp"), Q(user.path())));
   const std::string entry = user.File("applications/orchidlamp.desktop");
   const std::string mime = user.File("mime/packages/orchidlamp.xml");
@@ -105,27 +88,6 @@ TEST(InstalledAssociation, FilesAUserEditedStay) {
   EXPECT_FALSE(RemoveRegisteredAssociation(Q(user.path())));
   EXPECT_TRUE(FileExists(entry));
   EXPECT_TRUE(FileExists(mime));
-}
-
-// The package's entry must claim the type the window registers, and start the
-// program with the file as the window's own registration does.
-TEST(InstalledAssociation, ThePackagedEntryAndTypeAgreeWithTheWindowsRegistration) {
-  const QString entry = Packaged(QStringLiteral("orchidlamp.desktop"));
-  ASSERT_FALSE(entry.isEmpty());
-  EXPECT_TRUE(entry.startsWith(QStringLiteral("[Desktop Entry]\n")));
-  EXPECT_TRUE(entry.contains(QStringLiteral("\nExec=orchidlamp %f\n")));
-  EXPECT_TRUE(entry.contains(QStringLiteral("\nIcon=orchidlamp\n")));
-  EXPECT_TRUE(entry.contains(QStringLiteral("\nMimeType=%1;").arg(QString::fromLatin1(kIpdMimeType))));
-  // A user's copy of the package's entry is never taken for one the window wrote.
-  EXPECT_FALSE(entry.startsWith(DesktopEntryText(QString()).section(QStringLiteral("Exec="), 0, 0)));
-
-  const QString types = Packaged(QStringLiteral("orchidlamp-mime.xml"));
-  EXPECT_TRUE(types.contains(QStringLiteral("<mime-type type=\"%1\">").arg(QString::fromLatin1(kIpdMimeType))));
-  EXPECT_TRUE(types.contains(QStringLiteral("<glob pattern=\"*.ipd\"")));
-  EXPECT_TRUE(types.contains(QStringLiteral("<glob pattern=\"*.bbb\"")));
-  for (const QString& type : entry.section(QStringLiteral("\nMimeType="), 1).section(QLatin1Char('\n'), 0, 0)
-                                 .split(QLatin1Char(';'), Qt::SkipEmptyParts))
-    EXPECT_TRUE(types.contains(QStringLiteral("<mime-type type=\"%1\">").arg(type))) << type.toStdString();
 }
 
 // An installed copy writes media into the user's folder, never into bin/,

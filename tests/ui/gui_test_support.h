@@ -92,16 +92,8 @@ class ScriptedPrompts final : public UserPrompts {
   }
   void Tell(QWidget*, const Message& message) override { told.push_back(message); }
   void ShowFile(const QString& path) override { shown.push_back(path); }
-  // Answers of the folder choosers, in order; an exhausted list cancels.
   std::deque<std::optional<QString>> folders;
-  std::optional<QString> ChooseFolder(QWidget*, const QString&) override {
-    std::optional<QString> f;
-    if (!folders.empty()) {
-      f.swap(folders.front());
-      folders.pop_front();
-    }
-    return f;
-  }
+  std::optional<QString> ChooseFolder(QWidget*, const QString&) override { return Pop(folders, {}); }
 
  private:
   template <class T>
