@@ -14,38 +14,19 @@ namespace {
 
 using namespace orchidlamp::testing;
 
-Bytes TwoMemos() {
-  IpdBuilder b;
-  b.Database("Handheld Agent").Database("Memos");  // database 0 would be read as bookmarks
-  b.Add(FieldRecord(1, {{1, Text("first")}}));
-  b.Add(FieldRecord(1, {{1, Text("second")}}));
-  return b.Build();
-}
-
-struct Opened {
+// An IPD named ".bbb" opens as an IPD; a broken zip gives the loader's message
+// with the desktop-backup reason behind it.
+TEST(OpenFlow, WhatIsNoDesktopBackupIsReadAsTheIpdItMayBe) {
+  TempFolder folder;
   KindLabeller labeller;
-  Workspace ws{labeller};
-  Status status = Ok();
-};
-
-void Open(Opened& o, const std::string& path, BackupKind kind) { o.status = OpenBackup(o.ws, path, kind, {}); }
-
-TEST(OpenFlow, AnIpdNamedAsADesktopBackupOpensAsAnIpd) {
-  TempFolder folder;
-  Opened o;
-  Open(o, folder.Write("really.bbb", TwoMemos()), BackupKind::Bbb);
-  ASSERT_TRUE(o.status);
-  EXPECT_EQ(o.ws.tree().size(), 5u);
-}
-
-TEST(OpenFlow, ABrokenDesktopBackupGivesTheLoaderMessageWithTheArchiveReasonBehind) {
-  TempFolder folder;
-  Opened o;
-  Open(o, folder.Write("broken.bbb", Concat({Text("PK"), Hex("0304"), Text("not really a zip")})), BackupKind::Bbb);
-  ASSERT_FALSE(o.status);
-  EXPECT_EQ(o.status.failure().message.text, "Error Parsing the file, couldn't read the DB titles");
-  EXPECT_NE(o.status.failure().message.detail.find("Cannot open the desktop backup"), std::string::npos);
-  EXPECT_FALSE(o.ws.menus().saveAs);
+  Workspace ws(labeller);
+  const Bytes memo = IpdBuilder().Database("Handheld Agent").Database("Memos").Add(FieldRecord(1, {{1, Text("m")}})).Build();
+  ASSERT_TRUE(OpenBackup(ws, folder.Write("really.bbb", memo), BackupKind::Bbb, {}));
+  EXPECT_EQ(ws.tree().size(), 4u);
+  const Status broken = OpenBackup(ws, folder.Write("broken.bbb", Concat({Hex("504B0304"), Text("no zip")})), BackupKind::Bbb, {});
+  ASSERT_FALSE(broken);
+  EXPECT_EQ(broken.failure().message.text, "Error Parsing the file, couldn't read the DB titles");
+  EXPECT_NE(broken.failure().message.detail.find("Cannot open the desktop backup"), std::string::npos);
 }
 
 TEST(AbandonedWrite, RemovesTheFileItCreatedButNeverOneThatWasThere) {

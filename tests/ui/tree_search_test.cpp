@@ -21,7 +21,7 @@ DatabaseTree SearchTree() {
   return t;
 }
 
-TEST(TreeSearch, ComparesUpperCasedAndCountsEveryNodeInCollectionOrder) {
+TEST(TreeSearch, ComparesUpperCasedAsShownAndCountsEveryNodeInCollectionOrder) {
   const DatabaseTree t = SearchTree();
   // The root's path and the database name match before any record.
   EXPECT_EQ(FindNode(t, "sms", 1), 0);
@@ -36,15 +36,12 @@ TEST(TreeSearch, ComparesUpperCasedAndCountsEveryNodeInCollectionOrder) {
   EXPECT_EQ(FindNode(t, "s", 4), 4);   // root, SMS Messages, Memos, then "summer plans"
   EXPECT_EQ(FindNode(t, "s", 5), 5);   // Sam
   EXPECT_EQ(FindNode(t, "s", 6), 6);   // Museum
-}
-
-TEST(TreeSearch, RecordTextIsComparedAsShownNotAsBytes) {
-  DatabaseTree t;
-  const NodeId root = t.Add(kNoNode, "Top", "IPD Databases", ImageKey::sheet);
-  const NodeId memos = t.Add(root, "0DBTop", "Memos", ImageKey::None);
-  t.Add(memos, {}, "caf\xE9", ImageKey::memos, RecordSpan{1, 2});  // code page 1256: e acute
-  EXPECT_EQ(FindNode(t, QStringLiteral("CAF\u00C9"), 1), 2);
-  EXPECT_EQ(FindNode(t, QStringLiteral("caf\u00E9"), 1), 2);
+  // Record text is compared as shown, not as bytes.
+  DatabaseTree shown;
+  const NodeId memos = shown.Add(shown.Add(kNoNode, "Top", "IPD Databases", ImageKey::sheet), "0DBTop", "Memos", ImageKey::None);
+  shown.Add(memos, {}, "caf\xE9", ImageKey::memos, RecordSpan{1, 2});  // code page 1256: e acute
+  EXPECT_EQ(FindNode(shown, QStringLiteral("CAF\u00C9"), 1), 2);
+  EXPECT_EQ(FindNode(shown, QStringLiteral("caf\u00E9"), 1), 2);
 }
 
 }  // namespace
