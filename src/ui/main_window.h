@@ -19,14 +19,10 @@
 #include "ui/menu_image.h"
 
 class QAction;
-class QFrame;
 class QLabel;
 class QMenu;
 class QMimeData;
-class QProgressBar;
-class QPushButton;
 class QSplitter;
-class QTimer;
 class QTreeView;
 
 namespace orchidlamp {
