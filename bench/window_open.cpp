@@ -41,9 +41,9 @@ int main(int argc, char** argv) {
   const DatabaseTree& tree = window.controller().workspace().tree();
   NodeId largest = kNoNode;
   tree.ForEachChild(tree.Root(), [&](NodeId db) {
-    if (largest == kNoNode || tree[db].childCount > tree[largest].childCount) largest = db;
+    if (largest == kNoNode || tree.ChildCount(db) > tree.ChildCount(largest)) largest = db;
   });
-  if (largest == kNoNode || tree[largest].childCount == 0) {
+  if (largest == kNoNode || tree.ChildCount(largest) == 0) {
     std::fprintf(stderr, "window_open: no records in %s\n", argv[1]);
     return 1;
   }
@@ -53,8 +53,7 @@ int main(int argc, char** argv) {
   const double openMs = clock.nsecsElapsed() / 1e6;
 
   // A record from the middle of the largest database, as a user would pick it.
-  NodeId record = tree[largest].firstChild;
-  for (int i = 0; i < tree[largest].childCount / 2; ++i) record = tree[record].next;
+  const NodeId record = tree.Children(largest)[tree.Children(largest).size() / 2];
   clock.restart();
   window.tree()->setCurrentIndex(window.model()->IndexOf(record));
   QApplication::processEvents();

@@ -48,20 +48,21 @@ int FuzzExport(const std::uint8_t* data, std::size_t size) {
   FormatContext context = FormatContextOf(ws);
   context.delimiter = std::string(1, static_cast<char>(choice));
   const DatabaseTree& tree = ws.tree();
-  for (const TreeNode& node : tree.nodes()) {
-    if (!node.tag) continue;
-    const ByteView body = ws.Body(*node.tag);
+  for (NodeId id = 0; id < static_cast<NodeId>(tree.size()); ++id) {
+    const auto tag = tree.Tag(id);
+    if (!tag) continue;
+    const ByteView body = ws.Body(*tag);
     for (bool asText : {true, false}) {
       for (int k = 0; k < kKindCount; ++k)
         if (const KindSpec& kind = SpecOf(static_cast<Kind>(k)); kind.HasMembers())
-          (void)FormatRecord(kind, body, *node.tag, context, asText);
+          (void)FormatRecord(kind, body, *tag, context, asText);
     }
   }
 
   // The export menu on the first record, then the whole tree in both forms.
   ExportPanel panel;
   for (NodeId id = 0; id < static_cast<NodeId>(tree.size()); ++id) {
-    if (!tree[id].tag) continue;
+    if (!tree.Tag(id)) continue;
     ws.selected = id;
     if (PrepareExport(ws, panel)) {
       panel.Check(kScopeKind);

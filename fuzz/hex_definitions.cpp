@@ -54,18 +54,18 @@ bool WalkHex(std::string_view hex, std::size_t p, Record&& record) {
 
 Bytes SplitByHex(const DatabaseTree& selection, ByteView loaded) {
   const std::string fileHex = BytesToHex(loaded);
-  const std::string& rootText = RootText(selection);
+  const std::string rootText = RootText(selection);
   std::string names, records;
   std::size_t counter = 0;
-  for (const TreeNode& node : selection.nodes()) {
-    if (node.image == ImageKey::TickNone || node.text == rootText) continue;
-    if (node.childCount > 0) {
-      if (auto entry = SplitEntryHex(node.text)) names += *entry;
+  for (NodeId id = 0; id < static_cast<NodeId>(selection.size()); ++id) {
+    if (selection.Image(id) == ImageKey::TickNone || selection.Text(id) == rootText) continue;
+    if (selection.ChildCount(id) > 0) {
+      if (auto entry = SplitEntryHex(selection.Text(id))) names += *entry;
       ++counter;
       continue;
     }
-    records += ByteToHex(static_cast<std::int64_t>(counter) - 1) +
-               RangeHex(fileHex, node.tag->first - 6, node.tag->last);
+    const RecordSpan tag = *selection.Tag(id);
+    records += ByteToHex(static_cast<std::int64_t>(counter) - 1) + RangeHex(fileHex, tag.first - 6, tag.last);
   }
   return HexToBytes(IpdHeaderHex(counter) + names + records);
 }
@@ -81,14 +81,13 @@ Bytes MergeByHex(const MergeSource& first, const MergeSource& second) {
       const DatabaseTree& tree = sourceAndHex.first->tree;
       const std::string* hex = sourceAndHex.second;  // a lambda below reads it: no structured binding
       for (NodeId id = 0; id < static_cast<NodeId>(tree.size()); ++id) {
-        const TreeNode& node = tree[id];
-        if (node.image == ImageKey::TickNone || node.text == RootText(tree) || node.text != name) continue;
-        if (node.childCount == 0) continue;
+        if (tree.Image(id) == ImageKey::TickNone || tree.Text(id) == RootText(tree) || tree.Text(id) != name) continue;
+        if (tree.ChildCount(id) == 0) continue;
         tree.ForEachChild(id, [&](NodeId child) {
-          const TreeNode& record = tree[child];
-          if (record.image == ImageKey::TickNone) return;
+          if (tree.Image(child) == ImageKey::TickNone) return;
           // Length and version, the new handle, the unique id, the fields.
-          const std::string part = RangeHex(*hex, record.tag->first - 5, record.tag->last);
+          const RecordSpan tag = *tree.Tag(child);
+          const std::string part = RangeHex(*hex, tag.first - 5, tag.last);
           collected += ByteToHex(databaseId) + ByteToHex(databaseId >> 8) + Cut(part, 0, 10) + ByteToHex(handle) +
                        ByteToHex(handle >> 8) + Cut(part, 14, 8) + Cut(part, 22, part.size());
           ++handle;

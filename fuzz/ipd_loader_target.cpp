@@ -21,11 +21,12 @@ int FuzzIpdLoader(const std::uint8_t* data, std::size_t size) {
   std::size_t visited = 0;
   tree.ForEachDepthFirst([&](NodeId id, int depth) {
     ++visited;
-    const TreeNode& node = tree[id];
     if (depth > 2) std::abort();
-    if (node.tag) {
-      (void)ws.Body(*node.tag);  // throws, and so aborts, when a tag lies outside
-      if (tree.FindByTag(node.TagText()) == kNoNode) std::abort();
+    if (const auto tag = tree.Tag(id)) {
+      (void)ws.Body(*tag);  // throws, and so aborts, when a tag lies outside
+      if (tree.FindByTag(tree.TagText(id)) == kNoNode) std::abort();
+      // A record's label is made from the bytes whenever it is shown.
+      if (tree.Label(id).text != tree.Text(id) || tree.Label(id).image != tree.Image(id)) std::abort();
     }
   });
   if (visited != tree.size()) std::abort();

@@ -82,10 +82,11 @@ int main(int argc, char** argv) {
   Save(folder, "editing", "root-ticked", WithControls({1, 0, 0, 0, 0}, sample));
   Save(folder, "editing", "both-roots", WithControls({2, 0, 0, 0x80, 0, 0, 0}, sample));
   for (NodeId id = 0; id < static_cast<NodeId>(ws.tree().size()); ++id) {
-    const TreeNode& node = ws.tree()[id];
-    if (node.childCount > 0 && node.parent != kNoNode)
-      Save(folder, "editing", "database-" + node.key, WithControls({1, 0, static_cast<std::uint8_t>(id), 0, 0}, sample));
-    if (node.parent == kNoNode || ws.tree()[node.parent].text != InfoOf(Kind::ServiceBook).name) continue;
+    const DatabaseTree& tree = ws.tree();
+    const NodeId parent = tree.Parent(id);
+    if (tree.ChildCount(id) > 0 && parent != kNoNode)
+      Save(folder, "editing", "database-" + tree.Key(id), WithControls({1, 0, static_cast<std::uint8_t>(id), 0, 0}, sample));
+    if (parent == kNoNode || tree.Text(parent) != InfoOf(Kind::ServiceBook).name) continue;
     Save(folder, "editing", "service-book-" + std::to_string(id),
          WithControls({1, 0, static_cast<std::uint8_t>(id), 2, 17, 3, 'n', 'e', 'w', 4, 5, '1', ':', '2', ':', '3',
                        static_cast<std::uint8_t>(id)},

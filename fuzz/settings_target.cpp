@@ -24,11 +24,12 @@ int FuzzSettings(const std::uint8_t* data, std::size_t size) {
 
   const FormatContext context = FormatContextOf(ws);
   const DatabaseTree& tree = ws.tree();
-  for (const TreeNode& node : tree.nodes()) {
-    if (!node.tag) continue;
-    const auto kind = KindByName(tree[node.parent].text);
+  for (NodeId id = 0; id < static_cast<NodeId>(tree.size()); ++id) {
+    const auto tag = tree.Tag(id);
+    if (!tag) continue;
+    const auto kind = KindByName(tree.Text(tree.Parent(id)));
     if (!kind || !SpecOf(*kind).HasMembers()) continue;
-    for (bool asText : {true, false}) (void)FormatRecord(SpecOf(*kind), ws.Body(*node.tag), *node.tag, context, asText);
+    for (bool asText : {true, false}) (void)FormatRecord(SpecOf(*kind), ws.Body(*tag), *tag, context, asText);
   }
   return 0;
 }

@@ -24,8 +24,8 @@ CliContext::CliContext(GlobalOptions options) : ws_(labeller_) {
   keepGoing_ = options.keepGoing;
 }
 
-Status CliContext::Open(const std::string& path) {
-  Status opened = OpenBackup(ws_, path, BackupKindOf(path), settings_);
+Status CliContext::Open(const std::string& path, TreeScope scope) {
+  Status opened = OpenBackup(ws_, path, BackupKindOf(path), settings_, nullptr, scope);
   // The menus open after a walk that read the name table, whole or not.
   if (opened || !keepGoing_ || !ws_.menus().saveAs) return opened;
   (void)Report(opened.failure());

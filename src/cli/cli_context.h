@@ -40,7 +40,7 @@ class CliContext {
   // Opens FILE as the window's open flow does (a BBB is converted first). With
   // --keep-going a load that fails part way prints its message and succeeds
   // with what was read, as the window lets its user go on.
-  Status Open(const std::string& path);
+  Status Open(const std::string& path, TreeScope scope = TreeScope::Records);
   // The command's exit status, made kExitPartial when it ran to its end on a
   // backup read in part.
   int Finish(int exitCode) const { return exitCode == kExitOk && partial_ ? kExitPartial : exitCode; }

@@ -95,8 +95,10 @@ inline constexpr Command kCommands[] = {
 };
 
 // Opens `path` into the context, printing the failure if it does not load.
-// Returns true when the caller may go on.
-bool OpenOrReport(CliContext& context, const std::string& path, int& exitCode);
+// Returns true when the caller may go on. A command that needs no record nodes
+// (the counts, the loaded bytes) opens with TreeScope::DatabasesOnly.
+bool OpenOrReport(CliContext& context, const std::string& path, int& exitCode,
+                  TreeScope scope = TreeScope::Records);
 
 // Opens `path` and clicks the record node whose tag is `tag`, as a user selects
 // a record in the window. Returns nullopt (with exitCode set) when either fails.

@@ -59,8 +59,8 @@ const Command* FindCommand(std::string_view name) {
 
 }  // namespace
 
-bool OpenOrReport(CliContext& context, const std::string& path, int& exitCode) {
-  Status opened = context.Open(path);
+bool OpenOrReport(CliContext& context, const std::string& path, int& exitCode, TreeScope scope) {
+  Status opened = context.Open(path, scope);
   if (opened) return true;
   exitCode = context.Report(opened.failure());
   return false;

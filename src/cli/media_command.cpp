@@ -16,7 +16,7 @@ int RunMedia(CliContext& context, const std::vector<std::string>& words) {
   // The window makes the media folder when it starts; extraction itself never does.
   EnsureMediaFolder(context.programFolder());
   int exitCode = kExitOk;
-  if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
+  if (!OpenOrReport(context, args->positionals[0], exitCode, TreeScope::DatabasesOnly)) return exitCode;
   const Workspace& ws = context.workspace();
   const MediaExtraction run = args->Has("--png") ? ExtractPngImages(ws) : ExtractJpgImages(ws);
   for (const std::string& path : run.saved) std::cout << path << '\n';

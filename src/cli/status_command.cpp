@@ -10,7 +10,7 @@ int RunStatus(CliContext& context, const std::vector<std::string>& words) {
   if (!args) return UsageError(error);
   if (auto problem = PositionalsError(*args, 1, "status takes one FILE")) return UsageError(*problem);
   int exitCode = kExitOk;
-  if (!OpenOrReport(context, args->positionals[0], exitCode)) return exitCode;
+  if (!OpenOrReport(context, args->positionals[0], exitCode, TreeScope::DatabasesOnly)) return exitCode;
   const StatusPanels& status = context.workspace().status();
   std::cout << DisplayLine(status.main) << '\n' << DisplayLine(status.details) << '\n';
   return kExitOk;

@@ -14,16 +14,16 @@ int RunTree(CliContext& context, const std::vector<std::string>& words) {
   const DatabaseTree& tree = context.workspace().tree();
   std::string out;
   tree.ForEachDepthFirst([&](NodeId id, int depth) {
-    const TreeNode& n = tree[id];
+    const RecordLabel label = tree.Label(id);
     out += std::to_string(depth);
     out += '\t';
-    out += DisplayLine(n.key);
+    out += DisplayLine(tree.Key(id));
     out += '\t';
-    out += ImageKeyText(n.image);
+    out += ImageKeyText(label.image);
     out += '\t';
-    out += n.TagText();
+    out += tree.TagText(id);
     out += '\t';
-    out += DisplayLine(n.text);
+    out += DisplayLine(label.text);
     out += '\n';
     if (out.size() > (1 << 20)) std::cout << out, out.clear();
   });

@@ -20,11 +20,11 @@ BackupKind BackupKindOf(const std::string& path) {
 namespace {
 
 Status OpenFound(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
-                 Progress* progress) {
-  if (kind == BackupKind::Ipd) return ws.Load(path, settings, progress);
+                 Progress* progress, TreeScope scope) {
+  if (kind == BackupKind::Ipd) return ws.Load(path, settings, progress, scope);
   auto ipd = ConvertDesktopBackup(path, ws.clock(), SystemTempFolder(), progress);
   if (ipd) {
-    Status loaded = ws.Load(ipd.value(), settings, progress);
+    Status loaded = ws.Load(ipd.value(), settings, progress, scope);
     // Nothing of it could be read, so nothing will be saved from its folder.
     if (!loaded && !ws.menus().saveAs) RemoveFolderTree(std::filesystem::path(ipd.value()).parent_path().string());
     return loaded;
@@ -32,7 +32,7 @@ Status OpenFound(Workspace& ws, const std::string& path, BackupKind kind, const 
   // What cannot be read as a desktop backup is loaded as the IPD it may be (an
   // IPD named ".bbb" opens); when that fails too, the desktop-backup reason
   // says why the file was not read as one.
-  Status loaded = ws.Load(path, settings, progress);
+  Status loaded = ws.Load(path, settings, progress, scope);
   if (loaded) return loaded;
   Failure failure = loaded.failure();
   failure.message.detail = ipd.failure().message.text;
@@ -42,12 +42,12 @@ Status OpenFound(Workspace& ws, const std::string& path, BackupKind kind, const 
 }  // namespace
 
 Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
-                  Progress* progress) {
+                  Progress* progress, TreeScope scope) {
   // A backup larger than the memory the process may have is a message, not an
   // abort; every size taken from a file is checked against the file first, so
   // only real sizes get this far.
   try {
-    return OpenFound(ws, path, kind, settings, progress);
+    return OpenFound(ws, path, kind, settings, progress, scope);
   } catch (const std::bad_alloc&) {
   } catch (const std::length_error&) {
   }

@@ -22,6 +22,6 @@ BackupKind BackupKindOf(const std::string& path);
 // to. A BBB that cannot be converted is loaded as an IPD; when that fails too,
 // the loader's failure carries the desktop-backup reason as its detail.
 Status OpenBackup(Workspace& ws, const std::string& path, BackupKind kind, const StoredSettings& settings,
-                  Progress* progress = nullptr);
+                  Progress* progress = nullptr, TreeScope scope = TreeScope::Records);
 
 }  // namespace orchidlamp

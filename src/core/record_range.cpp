@@ -14,9 +14,10 @@ ByteView CheckedRange(ByteView bytes, std::int64_t from, std::int64_t through) {
   return bytes.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(through - from + 1));
 }
 
-const RecordSpan& TagOf(const TreeNode& node) {
-  if (!node.tag) throw CommandError("The node \"" + node.text + "\" holds no record position");
-  return *node.tag;
+RecordSpan TagOf(const DatabaseTree& tree, NodeId node) {
+  const auto tag = tree.Tag(node);
+  if (!tag) throw CommandError("The node \"" + tree.Text(node) + "\" holds no record position");
+  return *tag;
 }
 
 }  // namespace orchidlamp

@@ -17,6 +17,6 @@ namespace orchidlamp {
 ByteView CheckedRange(ByteView bytes, std::int64_t from, std::int64_t through);
 
 // The tag of a record node; CommandError when the node has none.
-const RecordSpan& TagOf(const TreeNode& node);
+RecordSpan TagOf(const DatabaseTree& tree, NodeId node);
 
 }  // namespace orchidlamp

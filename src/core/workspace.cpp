@@ -36,11 +36,13 @@ std::string Workspace::Caption() const {
 
 void Workspace::ResetTree(std::string rootText) {
   tree_.Clear();
+  tree_.SetLabelSource(&labeller_, file_.View());
   tree_.Add(kNoNode, std::string(kRootKey), std::move(rootText), ImageKey::sheet);
   selected = kNoNode;
 }
 
-Status Workspace::Load(const std::string& path, const StoredSettings& settings, Progress* progress) {
+Status Workspace::Load(const std::string& path, const StoredSettings& settings, Progress* progress,
+                       TreeScope scope) {
   auto bytes = ReadWholeFile(path);
   if (!bytes) return bytes.failure();
   file_.path = path;
@@ -51,14 +53,14 @@ Status Workspace::Load(const std::string& path, const StoredSettings& settings, 
   menus_ = {};
   for (int k = static_cast<int>(Kind::SmsMessages); k < kKindCount; ++k) slots_[static_cast<std::size_t>(k)] = -1;
   counters_ = {};
-  Status loaded = LoadIndex(progress);
+  Status loaded = LoadIndex(progress, scope);
   // A walk that stops part way keeps what it read: that part can be exported,
   // split or converted like a whole backup.
   if (tree_.size() >= 2) menus_.saveAs = menus_.manipulate = true;
   return loaded;
 }
 
-Status Workspace::LoadIndex(Progress* progress) {
+Status Workspace::LoadIndex(Progress* progress, TreeScope scope) {
   const ByteView bytes = file_.View();
   auto table = ReadNameTable(bytes);
   if (!table) return table.failure();
@@ -73,22 +75,26 @@ Status Workspace::LoadIndex(Progress* progress) {
     databaseNodes[i] = tree_.Add(root, std::to_string(i) + std::string(kDatabaseKeySuffix), entry.cleaned, ImageKey::None);
   }
 
-  // Count first so the node vector is sized once: a million records must not
-  // pay for repeated growth of the tree.
-  std::size_t known = 0;
-  (void)WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
-    if (KindOfDatabase(r.databaseId)) ++known;
-  });
-  tree_.Reserve(tree_.size() + known);
+  // Counted first so every column and child list is sized once: a million
+  // records must not pay for repeated growth.
+  const bool records = scope == TreeScope::Records;
+  if (records) {
+    std::vector<std::size_t> perDatabase(databaseNodes.size(), 0);
+    std::size_t known = 0;
+    (void)WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
+      if (r.databaseId < perDatabase.size() && KindOfDatabase(r.databaseId)) ++perDatabase[r.databaseId], ++known;
+    });
+    tree_.Reserve(tree_.size() + known);
+    for (std::size_t i = 0; i < databaseNodes.size(); ++i)
+      if (databaseNodes[i] != kNoNode) tree_.ReserveChildren(databaseNodes[i], perDatabase[i]);
+  }
 
   std::size_t seen = 0;
   const RecordWalk walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
     if (++seen % kProgressEvery == 0) Report(progress, r.offset, bytes.size());
     const auto kind = KindOfDatabase(r.databaseId);
     if (!kind || r.databaseId >= databaseNodes.size() || databaseNodes[r.databaseId] == kNoNode) return;
-    const RecordSpan span = r.Span();
-    RecordLabel label = labeller_.Label(*kind, BodyOf(bytes, span));
-    tree_.Add(databaseNodes[r.databaseId], {}, std::move(label.text), label.image, span);
+    if (records) tree_.AddRecord(databaseNodes[r.databaseId], *kind, r.Span());
     ++counters_[static_cast<std::size_t>(*kind)];
     if (*kind == Kind::ServiceBook) menus_.servicebook = true;
   });

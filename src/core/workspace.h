@@ -53,6 +53,10 @@ struct OutputFolders {
   std::string output;
 };
 
+// What a load puts in the tree: every record, or only the databases for a
+// command that needs no more than the counts and the loaded bytes.
+enum class TreeScope { Records, DatabasesOnly };
+
 class Workspace {
  public:
   explicit Workspace(const RecordLabeller& labeller, Clock clock = SystemClock());
@@ -61,7 +65,8 @@ class Workspace {
   // status bar. Failures carry the loader's messages; after a walk that fails
   // part way the tree, the counters, the status bar and the menus hold what
   // was read.
-  Status Load(const std::string& path, const StoredSettings& settings, Progress* progress = nullptr);
+  Status Load(const std::string& path, const StoredSettings& settings, Progress* progress = nullptr,
+              TreeScope scope = TreeScope::Records);
 
   const LoadedFile& file() const { return file_; }
   const DatabaseTree& tree() const { return tree_; }
@@ -101,7 +106,7 @@ class Workspace {
 
  private:
   void ResetTree(std::string rootText);
-  Status LoadIndex(Progress* progress);
+  Status LoadIndex(Progress* progress, TreeScope scope);
 
   const RecordLabeller& labeller_;
   Clock clock_;

@@ -30,17 +30,13 @@ void AppendCut(Out& out, ByteView part, std::size_t from, std::size_t count) {
 // the database `name`, in the order they are written.
 template <typename Visit>
 void ForEachMergedRecord(const MergeSource& source, std::string_view name, Visit&& visit) {
-  const std::string& rootText = RootText(source.tree);
-  for (NodeId id = 0; id < static_cast<NodeId>(source.tree.size()); ++id) {
-    const TreeNode& node = source.tree[id];
-    // Records have no children: the cheap test first, a million times over.
-    if (node.childCount == 0 || node.image == ImageKey::TickNone || node.text != name || node.text == rootText)
-      continue;
-    source.tree.ForEachChild(id, [&](NodeId child) {
-      const TreeNode& record = source.tree[child];
-      if (record.image == ImageKey::TickNone) return;
-      visit(TagOf(record));
-    });
+  const DatabaseTree& tree = source.tree;
+  const std::string rootText = RootText(tree);
+  for (NodeId id : tree.OwnNodes()) {
+    if (tree.ChildCount(id) == 0 || tree.Image(id) == ImageKey::TickNone) continue;
+    if (const std::string text = tree.Text(id); text != name || text == rootText) continue;
+    for (NodeId child : tree.Children(id))
+      if (tree.Image(child) != ImageKey::TickNone) visit(TagOf(tree, child));
   }
 }
 

@@ -29,6 +29,7 @@ Result<SecondFile> LoadSecondFile(const std::string& path, const RecordLabeller&
   second.bytes = std::move(read.value());
   const ByteView bytes = second.bytes;
   DatabaseTree& tree = second.tree;
+  tree.SetLabelSource(&labeller, bytes);
   const NodeId root = tree.Add(kNoNode, std::string(kRootKey), path, ImageKey::None);
 
   auto table = ReadNameTable(bytes);
@@ -50,19 +51,20 @@ Result<SecondFile> LoadSecondFile(const std::string& path, const RecordLabeller&
     return std::nullopt;
   };
 
-  // Counted first so the node vector is sized once, as the main load does.
+  // Counted first so the columns and child lists are sized once, as the main load does.
+  std::vector<std::size_t> perDatabase(databaseNodes.size(), 0);
   std::size_t known = 0;
   (void)WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
-    if (kindOf(r.databaseId)) ++known;
+    if (r.databaseId < perDatabase.size() && kindOf(r.databaseId)) ++perDatabase[r.databaseId], ++known;
   });
   tree.Reserve(tree.size() + known);
+  for (std::size_t i = 0; i < databaseNodes.size(); ++i)
+    if (databaseNodes[i] != kNoNode) tree.ReserveChildren(databaseNodes[i], perDatabase[i]);
 
   const RecordWalk walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
     const auto kind = kindOf(r.databaseId);
     if (!kind) return;
-    const RecordSpan span = r.Span();
-    RecordLabel label = labeller.Label(*kind, BodyOf(bytes, span));
-    tree.Add(databaseNodes[r.databaseId], {}, std::move(label.text), label.image, span);
+    tree.AddRecord(databaseNodes[r.databaseId], *kind, r.Span());
   });
   if (!walked) return *walked.failure;
   return second;
@@ -72,7 +74,7 @@ Result<SecondFile> BrowseSecondFile(const std::string& path, const RecordLabelle
   auto loaded = LoadSecondFile(path, labeller);
   if (!loaded) return loaded;
   DatabaseTree& tree = loaded->tree;
-  tree[tree.Root()].image = ImageKey::TickNone;
+  tree.SetImage(tree.Root(), ImageKey::TickNone);
   SetChildrenCheck(tree, tree.Root());
   return loaded;
 }

@@ -22,10 +22,17 @@ struct MergeSource {
 };
 
 struct SecondFile {
+  // Moves only: the tree's labels are read from `bytes` where they lie.
+  SecondFile() = default;
+  SecondFile(SecondFile&&) = default;
+  SecondFile& operator=(SecondFile&&) = default;
+  SecondFile(const SecondFile&) = delete;
+  SecondFile& operator=(const SecondFile&) = delete;
+
   std::string path;
   Bytes bytes;
   // Root keyed "Top" whose text is `path`; database nodes keyed i + "DBTop";
-  // record nodes labelled as the main tree labels them, tagged with spans into
+  // record nodes labelled (on demand) as the main tree labels them, tagged with spans into
   // `bytes`. Images are as loaded; LoadSelectionTree or SetChildrenCheck turn
   // them into ticks.
   DatabaseTree tree;

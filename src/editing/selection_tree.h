@@ -39,6 +39,6 @@ void SetChildrenCheck(DatabaseTree& tree, NodeId node);
 void UpdateParentCheck(DatabaseTree& tree, NodeId node);
 
 // The root's text, or empty for an empty tree.
-const std::string& RootText(const DatabaseTree& tree);
+std::string RootText(const DatabaseTree& tree);
 
 }  // namespace orchidlamp

@@ -9,8 +9,8 @@ namespace orchidlamp {
 namespace {
 
 // The record as it stands in the file: from its first database-id byte.
-ByteView WholeRecord(const Workspace& ws, const TreeNode& node) {
-  const RecordSpan& tag = TagOf(node);
+ByteView WholeRecord(const Workspace& ws, NodeId node) {
+  const RecordSpan tag = TagOf(ws.tree(), node);
   return CheckedRange(ws.file().View(), tag.first - 7, tag.last);
 }
 
@@ -33,15 +33,15 @@ Result<std::optional<EditSB>> EditSB::Open(const Workspace& ws) {
   const DatabaseTree& tree = ws.tree();
   if (ws.selected == kNoNode || static_cast<std::size_t>(ws.selected) >= tree.size())
     return Fail(std::string(kNoServiceBookSelected), MessageIcon::Exclamation, std::string(kSelectRecordFirstTitle));
-  const TreeNode& node = tree[ws.selected];
-  if (node.parent == kNoNode || tree[node.parent].text != InfoOf(Kind::ServiceBook).name)
+  const NodeId node = ws.selected;
+  if (tree.Parent(node) == kNoNode || tree.Text(tree.Parent(node)) != InfoOf(Kind::ServiceBook).name)
     return std::optional<EditSB>{};
   return Guarded([&]() -> Result<std::optional<EditSB>> {
     EditSB editor;
     editor.node_ = ws.selected;
     editor.code_ = BytesToHex(WholeRecord(ws, node));
     editor.hrtnet = ws.hrtnet;
-    editor.heading_ = "Edit the *" + node.text + "* service book";
+    editor.heading_ = "Edit the *" + tree.Text(node) + "* service book";
     return std::optional<EditSB>{std::move(editor)};
   });
 }
@@ -59,15 +59,15 @@ Result<EditorSave> EditSB::SaveAll(const Workspace& ws) const {
     const DatabaseTree& tree = ws.tree();
     const NodeId selected = ws.selected;
     if (selected == kNoNode || static_cast<std::size_t>(selected) >= tree.size() ||
-        tree[selected].parent == kNoNode)
+        tree.Parent(selected) == kNoNode)
       throw CommandError("No service-book record is selected in the tree");
-    const TreeNode& parent = tree[tree[selected].parent];
+    const NodeId parent = tree.Parent(selected);
     Bytes file = HexToBytes(kServiceBookFilePrefixHex);
     std::optional<Message> refusal;
-    NodeId sibling = tree.FirstSibling(parent.firstChild);
-    for (std::int32_t i = 0; i < parent.childCount && sibling != kNoNode; ++i, sibling = tree[sibling].next) {
+    NodeId sibling = tree.FirstSibling(tree.FirstChild(parent));
+    for (std::int32_t i = 0; i < tree.ChildCount(parent) && sibling != kNoNode; ++i, sibling = tree.Next(sibling)) {
       if (sibling != selected) {
-        Append(file, WholeRecord(ws, tree[sibling]));
+        Append(file, WholeRecord(ws, sibling));
         continue;
       }
       BuiltRecord built = BuildRecord();

@@ -1,5 +1,8 @@
 #include "editing/split.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "core/hex_text.h"
 #include "core/ipd_format.h"
 #include "core/record_range.h"
@@ -10,32 +13,44 @@
 namespace orchidlamp {
 namespace {
 
+// The root is recognised by its text, so a record whose label reads as the
+// root's text is passed over like the root. Labels are made once, while
+// planning; the write skips the records the plan found.
+struct SplitPlan : PlannedFile {
+  std::vector<NodeId> rootLookalikes;  // ascending
+};
+
 // Calls `database(text)` for every ticked database node and `record(tag, counter)`
 // for every ticked record, in collection order, with the database counter as it
-// stands at that record.
-template <typename Database, typename Record>
-void WalkSelection(const DatabaseTree& selection, Database&& database, Record&& record) {
-  const std::string& rootText = RootText(selection);
+// stands at that record. `isRoot(id)` tells the root apart.
+template <typename IsRoot, typename Database, typename Record>
+void WalkSelection(const DatabaseTree& selection, IsRoot&& isRoot, Database&& database, Record&& record) {
   std::size_t counter = 0;
-  for (const TreeNode& node : selection.nodes()) {
-    if (node.image == ImageKey::TickNone || node.text == rootText) continue;
-    if (node.childCount > 0) {
-      database(node.text);
+  for (NodeId id = 0; id < static_cast<NodeId>(selection.size()); ++id) {
+    if (selection.Image(id) == ImageKey::TickNone || isRoot(id)) continue;
+    if (selection.ChildCount(id) > 0) {
+      database(selection.Text(id));
       // Counted even without an entry: the ids follow the ticked databases, not the written names.
       ++counter;
       continue;
     }
-    record(TagOf(node), counter);
+    record(TagOf(selection, id), counter);
   }
 }
 
 // Making the plan walks every record and checks its range.
-PlannedFile PlanSplit(const DatabaseTree& selection, ByteView loaded) {
-  PlannedFile plan;
+SplitPlan PlanSplit(const DatabaseTree& selection, ByteView loaded) {
+  SplitPlan plan;
+  const std::string rootText = RootText(selection);
   std::string nameTable;
   std::size_t counter = 0;
   WalkSelection(
       selection,
+      [&](NodeId id) {
+        if (selection.Text(id) != rootText) return false;
+        if (selection.RecordKind(id)) plan.rootLookalikes.push_back(id);
+        return true;
+      },
       [&](const std::string& text) {
         if (auto entry = SplitEntryHex(text)) nameTable += *entry;
         ++counter;
@@ -48,10 +63,17 @@ PlannedFile PlanSplit(const DatabaseTree& selection, ByteView loaded) {
 }
 
 template <typename Out>
-void WriteSplit(const PlannedFile& plan, const DatabaseTree& selection, ByteView loaded, Out& out) {
+void WriteSplit(const SplitPlan& plan, const DatabaseTree& selection, ByteView loaded, Out& out) {
+  const std::string rootText = RootText(selection);
   Append(out, plan.head);
   WalkSelection(
-      selection, [](const std::string&) {},
+      selection,
+      [&](NodeId id) {
+        if (selection.RecordKind(id))
+          return std::binary_search(plan.rootLookalikes.begin(), plan.rootLookalikes.end(), id);
+        return selection.Text(id) == rootText;
+      },
+      [](const std::string&) {},
       [&](const RecordSpan& tag, std::size_t at) {
         const std::uint8_t database = static_cast<std::uint8_t>(at - 1);
         Append(out, ByteView(&database, 1));
@@ -62,7 +84,7 @@ void WriteSplit(const PlannedFile& plan, const DatabaseTree& selection, ByteView
 }  // namespace
 
 Bytes BuildSplitFile(const DatabaseTree& selection, ByteView loaded) {
-  const PlannedFile plan = PlanSplit(selection, loaded);
+  const SplitPlan plan = PlanSplit(selection, loaded);
   return BuildPlanned(plan, [&](Bytes& out) { WriteSplit(plan, selection, loaded, out); });
 }
 
@@ -70,7 +92,7 @@ Result<std::optional<Message>> Split(const DatabaseTree& selection, ByteView loa
                                      Progress* progress) {
   return WritePlanned(
       path, kSplitCompleteTitle, [&] { return PlanSplit(selection, loaded); },
-      [&](const PlannedFile& plan, BufferedFileWriter& out) { WriteSplit(plan, selection, loaded, out); }, progress);
+      [&](const SplitPlan& plan, BufferedFileWriter& out) { WriteSplit(plan, selection, loaded, out); }, progress);
 }
 
 }  // namespace orchidlamp

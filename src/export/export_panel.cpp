@@ -41,8 +41,8 @@ Status PrepareExport(const Workspace& ws, ExportPanel& panel) {
 
   const DatabaseTree& tree = ws.tree();
   const bool selected = ws.selected != kNoNode && static_cast<std::size_t>(ws.selected) < tree.size();
-  const NodeId parent = selected ? tree[ws.selected].parent : kNoNode;
-  const KindSpec* kind = parent == kNoNode ? nullptr : ExportedKindByText(tree[parent].text);
+  const NodeId parent = selected ? tree.Parent(ws.selected) : kNoNode;
+  const KindSpec* kind = parent == kNoNode ? nullptr : ExportedKindByText(tree.Text(parent));
   if (!kind)
     return Fail(std::string(kRefusalText), MessageIcon::Exclamation, std::string(kRefusalTitle));
 

@@ -163,10 +163,10 @@ Collected CollectRecords(const Workspace& ws, const KindFlags& read, const CodeP
   std::size_t total = 0;
   if (tree.Root() != kNoNode) {
     tree.ForEachChild(tree.Root(), [&](NodeId db) {
-      const MigrateDatabaseRow* row = RowForDatabase(tree[db].text);
+      const MigrateDatabaseRow* row = RowForDatabase(tree.Text(db));
       if (!row || !read[Index(row->kind)]) return;
       databases.emplace_back(db, row);
-      total += static_cast<std::size_t>(tree[db].childCount);
+      total += static_cast<std::size_t>(tree.ChildCount(db));
     });
   }
   Collected out;
@@ -180,9 +180,9 @@ Collected CollectRecords(const Workspace& ws, const KindFlags& read, const CodeP
     tree.ForEachChild(db, [&](NodeId record) {
       if (out.cancelled || (cancelled && (out.cancelled = cancelled()))) return;
       Report(progress, ++done, total);
-      const TreeNode& node = tree[record];
-      if (!node.tag) return;
-      const ByteView body = ws.Body(*node.tag);
+      const auto tag = tree.Tag(record);
+      if (!tag) return;
+      const ByteView body = ws.Body(*tag);
       if (row->twins != Twins::None) {
         if (const auto uid = RecordUid(body)) {
           const auto [at, fresh] = seen[row->twins].emplace(*uid, db);

@@ -41,17 +41,19 @@ class ExportWalk {
 
   void ExportRecord(NodeId node) {
     if (!Exists(tree_, node)) return;
-    const TreeNode& n = tree_[node];
-    if (n.parent == kNoNode || !n.tag) return;
-    if (const KindSpec* kind = ExportedKindByText(tree_[n.parent].text)) PrintRecord(*kind, *n.tag);
+    const NodeId parent = tree_.Parent(node);
+    const auto tag = tree_.Tag(node);
+    if (parent == kNoNode || !tag) return;
+    if (const KindSpec* kind = KindOfParent(parent)) PrintRecord(*kind, *tag);
   }
 
   // As many nodes as the group has children, from the first child's first sibling on.
   void ExportKind(NodeId group) {
     if (!Exists(tree_, group)) return;
-    const TreeNode& g = tree_[group];
-    NodeId n = g.firstChild == kNoNode ? kNoNode : tree_.FirstSibling(g.firstChild);
-    for (std::int32_t i = 0; i < g.childCount && n != kNoNode; ++i, n = tree_[n].next) ExportRecord(n);
+    const NodeId first = tree_.FirstChild(group);
+    NodeId n = first == kNoNode ? kNoNode : tree_.FirstSibling(first);
+    const std::int32_t count = tree_.ChildCount(group);
+    for (std::int32_t i = 0; i < count && n != kNoNode; ++i, n = tree_.Next(n)) ExportRecord(n);
   }
 
   // A node, its descendants and its later siblings. The depth rises once per
@@ -61,19 +63,21 @@ class ExportWalk {
   // nest a million calls.
   void ExportTree(NodeId node) {
     for (NodeId id = Exists(tree_, node) ? node : kNoNode; id != kNoNode;) {
-      const TreeNode& n = tree_[id];
-      if (const KindSpec* kind = ExportedKindByText(n.text)) Banner(kind->form->exported.treeTitle);
-      if (n.tag && n.parent != kNoNode)
-        if (const KindSpec* kind = ExportedKindByText(tree_[n.parent].text)) PrintRecord(*kind, *n.tag);
-      if (n.firstChild != kNoNode) {
+      // A record's label is its text too: one that reads as a database name gets the banner.
+      if (const KindSpec* kind = ExportedKindByText(tree_.Text(id))) Banner(kind->form->exported.treeTitle);
+      const NodeId parent = tree_.Parent(id);
+      if (const auto tag = tree_.Tag(id); tag && parent != kNoNode)
+        if (const KindSpec* kind = KindOfParent(parent)) PrintRecord(*kind, *tag);
+      if (const NodeId first = tree_.FirstChild(id); first != kNoNode) {
         ++ws_.exportDepth;
-        ExportTree(n.firstChild);
+        ExportTree(first);
       }
-      if (n.next == kNoNode) {
+      const NodeId next = tree_.Next(id);
+      if (next == kNoNode) {
         --ws_.exportDepth;
         break;
       }
-      id = n.next;
+      id = next;
     }
   }
 
@@ -84,6 +88,16 @@ class ExportWalk {
   }
 
  private:
+  // The exported kind of a database node's records; the last one asked is kept,
+  // as a walk asks for the same database a million times in a row.
+  const KindSpec* KindOfParent(NodeId parent) {
+    if (parent != lastParent_) {
+      lastParent_ = parent;
+      lastKind_ = ExportedKindByText(tree_.Text(parent));
+    }
+    return lastKind_;
+  }
+
   void PrintRecord(const KindSpec& kind, const RecordSpan& span) {
     if (ws_.exportDepth > 0) out_.append(kBlanksPerDepth * static_cast<std::size_t>(ws_.exportDepth), ' ');
     out_ += FormatRecord(kind, ws_.Body(span), span, context_, asText_);
@@ -94,6 +108,8 @@ class ExportWalk {
 
   Workspace& ws_;
   const DatabaseTree& tree_;
+  NodeId lastParent_ = kNoNode;
+  const KindSpec* lastKind_ = nullptr;
   bool asText_;
   Progress* progress_;
   FormatContext context_;
@@ -141,7 +157,7 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
         const ExportSpec& e = kind->form->exported;
         walk.TitledBanner(asText ? e.kindTitleText : e.kindTitleCsv);
         if (!asText) walk.Print(CsvHeader(*kind));
-        walk.ExportKind(selected == kNoNode ? kNoNode : tree[selected].parent);
+        walk.ExportKind(selected == kNoNode ? kNoNode : tree.Parent(selected));
       }
     } else {
       walk.ExportTree(tree.Root());

@@ -8,24 +8,25 @@ namespace orchidlamp {
 ClickResult ClickNode(Workspace& ws, NodeId node) {
   const DatabaseTree& tree = ws.tree();
   if (node == kNoNode || static_cast<std::size_t>(node) >= tree.size()) return {};
-  const TreeNode& n = tree[node];
-  if (n.childCount >= 2) {
+  if (tree.ChildCount(node) >= 2) {
     ws.menus().servicebook = false;
     return {};
   }
-  const std::string name = n.parent == kNoNode ? std::string() : tree[n.parent].text;
+  const NodeId parent = tree.Parent(node);
+  const std::string name = parent == kNoNode ? std::string() : tree.Text(parent);
   if (name != InfoOf(Kind::ServiceBook).name) ws.menus().servicebook = false;
   const auto kind = KindByName(name);
-  if (!kind || !n.tag) return {};
+  const auto tag = tree.Tag(node);
+  if (!kind || !tag) return {};
   try {
-    const ByteView body = ws.Body(*n.tag);
+    const ByteView body = ws.Body(*tag);
     if (*kind == Kind::ServiceBook) {
       ApplyServiceBookBoxes(DecodeServiceBookPanel(body), ws.hrtnet);
       ws.menus().servicebook = true;
       return {kind, {}};
     }
     const ContactPictureSink pictures = ContactPictureWriter(ws.ProgramFolder());
-    const DecodeContext context{ws.settings().timeZoneHours, n.tag->first, &pictures};
+    const DecodeContext context{ws.settings().timeZoneHours, tag->first, &pictures};
     return {kind, DecodeRecord(SpecOf(*kind), body, context)};
   } catch (const CommandError&) {
     // A record the panel cannot be filled from shows nothing.

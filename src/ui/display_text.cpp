@@ -15,8 +15,8 @@ QString FromPath(std::string_view path) {
 std::string ToPath(const QString& path) { return path.toStdString(); }
 
 QString NodeDisplayText(const DatabaseTree& tree, NodeId id) {
-  const TreeNode& node = tree[id];
-  return node.parent == kNoNode ? FromPath(node.text) : FromRecordText(node.text);
+  const std::string text = tree.Text(id);
+  return tree.Parent(id) == kNoNode ? FromPath(text) : FromRecordText(text);
 }
 
 }  // namespace orchidlamp

@@ -1,8 +1,9 @@
 #pragma once
 
 // tvwMain's model: a view over the workspace's DatabaseTree without an item per
-// record. Rows are looked up through a child index rebuilt on every Rebuild(),
-// so a backup of a million records opens and scrolls without per-node objects.
+// record. Rows are the tree's own child lists and a record's text and picture are
+// its label, made when a view asks for a shown row, so a backup of a million
+// records opens and scrolls without per-node objects.
 //
 // The tree is owned by the workspace and changes only while a file loads. Call
 // Detach() before anything changes it and Rebuild() afterwards; between the two
@@ -45,17 +46,12 @@ class TreeModel final : public QAbstractItemModel {
   bool hasChildren(const QModelIndex& parent = {}) const override;
 
  private:
-  // The children of a node (kNoNode: the top level) in order.
-  std::pair<const NodeId*, int> ChildrenOf(NodeId id) const;
+  // The children of a node (kNoNode: the top level) in order; none while detached.
+  const std::vector<NodeId>& ChildrenOf(NodeId id) const;
 
   const DatabaseTree& tree_;
   ImageList images_;
   bool attached_ = false;
-  // Children of node n are children_[begin_[n + 1] .. begin_[n + 2]); slot 0 is
-  // the top level. row_[n] is node n's row under its parent.
-  std::vector<NodeId> children_;
-  std::vector<std::int32_t> begin_;
-  std::vector<std::int32_t> row_;
 };
 
 }  // namespace orchidlamp

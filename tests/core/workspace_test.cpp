@@ -18,8 +18,8 @@ class LoadTest : public ::testing::Test {
   std::vector<std::string> Shape() const {  // "name|record|record" per database node
     std::vector<std::string> out;
     ws.tree().ForEachChild(ws.tree().Root(), [&](NodeId db) {
-      out.push_back(ws.tree()[db].text);
-      ws.tree().ForEachChild(db, [&](NodeId r) { out.back() += "|" + ws.tree()[r].text; });
+      out.push_back(ws.tree().Text(db));
+      ws.tree().ForEachChild(db, [&](NodeId r) { out.back() += "|" + ws.tree().Text(r); });
     });
     return out;
   }
@@ -31,7 +31,7 @@ class LoadTest : public ::testing::Test {
 Record Memo(std::uint16_t db, std::string title) { return FieldRecord(db, {{1, Text(title)}}); }
 
 TEST_F(LoadTest, RootDatabasesAndRecordsInCollectionOrderWithStatusMenusAndCaption) {
-  EXPECT_EQ(ws.tree()[0].text + "/" + ws.status().main + "/" + ws.Caption(),
+  EXPECT_EQ(ws.tree().Text(0) + "/" + ws.status().main + "/" + ws.Caption(),
             "IPD Databases/Please open IPD file from File menu/Orchidlamp IPD Reader");
   IpdBuilder b;  // database 0 would read as bookmarks: one of no known kind goes first
   b.Database("Handheld Agent").Database("Memos").Database("Tasks").Database("Options").Database("memos");
@@ -41,8 +41,8 @@ TEST_F(LoadTest, RootDatabasesAndRecordsInCollectionOrderWithStatusMenusAndCapti
   // An "Option" database gets no node; names match exactly, so "memos" holds no memos.
   EXPECT_EQ(Shape(), (std::vector<std::string>{"Handheld Agent", "Memos|first|second", "Tasks|do it", "memos"}));
   const DatabaseTree& t = ws.tree();
-  EXPECT_EQ(t[0].text + "/" + t[2].key + "/" + t[5].TagText(), folder.File("b.ipd") + "/1DBTop/" + b.SpanOf(0));
-  EXPECT_EQ(t[5].image, ImageKey::memos);  // records follow all databases, in file order
+  EXPECT_EQ(t.Text(0) + "/" + t.Key(2) + "/" + t.TagText(5), folder.File("b.ipd") + "/1DBTop/" + b.SpanOf(0));
+  EXPECT_EQ(t.Image(5), ImageKey::memos);  // records follow all databases, in file order
   EXPECT_EQ(ws.status().main + "\n" + ws.status().details,
             "b.ipd\n0 SMS Messages, 0 Address Book (All), 1 Tasks, 2 Memos, 0 Calendar, 0 Phone Calls, 0 Service Book");
   EXPECT_TRUE(ws.menus().saveAs && ws.menus().manipulate && !ws.menus().servicebook);

@@ -35,8 +35,8 @@ class EditingTest : public ::testing::Test {
     std::vector<std::string> out;
     const DatabaseTree& tree = reader.tree();
     tree.ForEachChild(tree.Root(), [&](NodeId db) {
-      out.push_back(tree[db].text);
-      tree.ForEachChild(db, [&](NodeId r) { out.back() += "|" + tree[r].text; });
+      out.push_back(tree.Text(db));
+      tree.ForEachChild(db, [&](NodeId r) { out.back() += "|" + tree.Text(r); });
     });
     return out;
   }

@@ -23,7 +23,7 @@ class MergeTest : public EditingTest {
   void Load(const Bytes& firstFile, const Bytes& secondFile) {
     Open(firstFile);
     first = LoadSelectionTree(ws.tree());
-    second = BrowseSecondFile(folder.Write("second.ipd", secondFile), labeller).value();
+    second = std::move(BrowseSecondFile(folder.Write("second.ipd", secondFile), labeller).value());
   }
   void Tick(DatabaseTree& tree, const std::string& node) { ToggleNodeCheck(tree, tree.FindByKeyOrTag(node)); }
   auto MergeTo(const std::string& path) { return Merge({first, ws.file().View()}, {second.tree, second.bytes}, path); }
@@ -86,15 +86,15 @@ TEST_F(MergeTest, TheSecondFileShowsOnlyTheNineDatabasesLabelledAsTheMainTreeWit
   auto loaded = LoadSecondFile(path, labeller);
   ASSERT_TRUE(loaded) << loaded.failure().message.text;
   const DatabaseTree& tree = loaded->tree;
-  std::vector<std::string> keys = {tree[tree.Root()].key + "=" + tree[tree.Root()].text};
-  tree.ForEachChild(tree.Root(), [&](NodeId db) { keys.push_back(tree[db].key + "=" + tree[db].text); });
+  std::vector<std::string> keys = {tree.Key(tree.Root()) + "=" + tree.Text(tree.Root())};
+  tree.ForEachChild(tree.Root(), [&](NodeId db) { keys.push_back(tree.Key(db) + "=" + tree.Text(db)); });
   EXPECT_EQ(keys, (std::vector<std::string>{"Top=" + path, "0DBTop=Tasks", "2DBTop=Address Book - All",
                                             "3DBTop=SMS Messages"}));
-  EXPECT_EQ(tree[tree.FindByTag(b.SpanOf(0))].image, ImageKey::tasks);
-  const TreeNode &main = ws.tree()[ws.tree().FindByTag(b.SpanOf(2))], &other = tree[tree.FindByTag(b.SpanOf(2))];
+  EXPECT_EQ(tree.Image(tree.FindByTag(b.SpanOf(0))), ImageKey::tasks);
+  const RecordLabel main = ws.tree().Label(ws.tree().FindByTag(b.SpanOf(2))), other = tree.Label(tree.FindByTag(b.SpanOf(2)));
   EXPECT_EQ(std::pair(other.text, other.image), std::pair(main.text, main.image));
   const auto browsed = BrowseSecondFile(path, labeller);
-  for (const TreeNode& n : browsed->tree.nodes()) EXPECT_EQ(n.image, ImageKey::TickNone);
+  for (NodeId id = 0; id < static_cast<NodeId>(browsed->tree.size()); ++id) EXPECT_EQ(browsed->tree.Image(id), ImageKey::TickNone);
 
   const Bytes whole = b.Build(), cut(whole.begin(), whole.end() - 1), titles(whole.begin(), whole.begin() + 45);
   EXPECT_EQ(LoadSecondFile(folder.Write("records.ipd", cut), labeller).failure().message.text, kFileRecordsError);

@@ -18,7 +18,8 @@ class SelectionTreeTest : public EditingTest {
   }
   static std::string Ticks(const DatabaseTree& tree) {
     std::string out;
-    for (const TreeNode& n : tree.nodes()) out += std::string(ImageKeyText(n.image)).substr(0, 1);
+    for (NodeId id = 0; id < static_cast<NodeId>(tree.size()); ++id)
+      out += std::string(ImageKeyText(tree.Image(id))).substr(0, 1);
     return out;
   }
   IpdBuilder b;
@@ -28,9 +29,10 @@ TEST_F(SelectionTreeTest, CopiesDepthFirstUntickedAndClicksGoDownAndUp) {
   DatabaseTree sel = LoadSelectionTree(ws.tree());
   // The main tree adds records after all databases; the copy puts each database's records right behind it.
   std::vector<std::string> order;
-  for (const TreeNode& n : sel.nodes()) order.push_back(n.key + "/" + n.text + "/" + n.TagText());
-  const std::string sms = ws.tree()[ws.tree().FindByTag(b.SpanOf(1))].text;
-  EXPECT_EQ(order, (std::vector<std::string>{"Top/" + ws.tree()[0].text + "/", "0DBTop/Handheld Agent/",
+  for (NodeId id = 0; id < static_cast<NodeId>(sel.size()); ++id)
+    order.push_back(sel.Key(id) + "/" + sel.Text(id) + "/" + sel.TagText(id));
+  const std::string sms = ws.tree().Text(ws.tree().FindByTag(b.SpanOf(1)));
+  EXPECT_EQ(order, (std::vector<std::string>{"Top/" + ws.tree().Text(0) + "/", "0DBTop/Handheld Agent/",
                                              "1DBTop/Tasks/", "/t1/" + b.SpanOf(0), "/t2/" + b.SpanOf(2),
                                              "2DBTop/Memos/", "3DBTop/SMS Messages/", "/" + sms + "/" + b.SpanOf(1)}));
   // Clicks by name: root, agent, tasks, t1, t2, memos, sms, sms record.
@@ -61,12 +63,12 @@ TEST(SelectionTreeRoot, IsRecognisedByTextAndOnlyTickImagesCount) {
   const NodeId db = tree.Add(root, "0DBTop", "Same", ImageKey::TickNone);
   ToggleNodeCheck(tree, tree.Add(db, "", "r", ImageKey::TickNone, RecordSpan{50, 60}));
   // A database named like the root stops the walk up as if it were the root.
-  EXPECT_EQ(tree[db].image, ImageKey::TickAll);
-  EXPECT_EQ(tree[root].image, ImageKey::TickNone);
+  EXPECT_EQ(tree.Image(db), ImageKey::TickAll);
+  EXPECT_EQ(tree.Image(root), ImageKey::TickNone);
   // Siblings without a tick image leave the parent as it was.
   const NodeId other = tree.Add(root, "1DBTop", "Other", ImageKey::TickSome);
   UpdateParentCheck(tree, tree.Add(other, "", "s", ImageKey::tasks, RecordSpan{61, 70}));
-  EXPECT_EQ(tree[other].image, ImageKey::TickSome);
+  EXPECT_EQ(tree.Image(other), ImageKey::TickSome);
 }
 
 }  // namespace

@@ -64,7 +64,7 @@ TEST_F(SplitTest, WritesOverALongerFileWithoutTruncatingAndFailuresWriteNothing)
   ASSERT_FALSE(unwritable);
   EXPECT_NE(unwritable.failure().message.text.find("missing/split.ipd"), std::string::npos);
   // A tag that does not lie in the loaded bytes stops the split before the file is opened.
-  sel[sel.nodes().size() - 1].tag = RecordSpan{5000, 5010};
+  sel.Add(sel.Parent(static_cast<NodeId>(sel.size()) - 1), "", "x", ImageKey::TickAll, RecordSpan{5000, 5010});
   auto outside = SplitTo(folder.File("outside.ipd"));
   ASSERT_FALSE(outside);
   EXPECT_EQ(outside.failure().message.text, "Record position 4994:5010 lies outside the loaded file");

@@ -90,14 +90,14 @@ TEST_F(DialogsTest, SplitTicksByPictureAndSpaceAndWritesTheTicked) {
     SelectionTreeView& view = *dialog.tvwTree();
     DatabaseTree& tree = dialog.selection();
     const NodeId tasks = tree.FindByKeyOrTag("12DBTop"), memos = tree.FindByKeyOrTag("7DBTop");
-    ClickImage(view, tree[tasks].firstChild);
-    EXPECT_EQ(tree[tasks].image, ImageKey::TickSome);
+    ClickImage(view, tree.FirstChild(tasks));
+    EXPECT_EQ(tree.Image(tasks), ImageKey::TickSome);
     // Space ticks the selected node with its records; other keys are swallowed.
     view.setCurrentIndex(view.treeModel()->IndexOf(memos));
     QTest::keyClick(&view, 'S');
     QTest::keyClick(&view, Qt::Key_Space);
     EXPECT_EQ(view.currentIndex(), view.treeModel()->IndexOf(memos));
-    EXPECT_EQ(tree[tree[memos].firstChild].image, ImageKey::TickAll);
+    EXPECT_EQ(tree.Image(tree.FirstChild(memos)), ImageKey::TickAll);
     prompts.saves.push_back(ChosenFile{QString::fromStdString(out), 1});
     dialog.findChild<QPushButton*>(QStringLiteral("btnSplit"))->click();
   });

@@ -65,7 +65,7 @@ TEST_F(TreeModelTest, ShowsTheThreeLevelsAndPassesTheModelTesterAcrossLoads) {
   for (NodeId id = 0; static_cast<std::size_t>(id) < ws.tree().size(); ++id) {
     const QModelIndex index = model.IndexOf(id);
     ASSERT_EQ(model.NodeOf(index), id);
-    ASSERT_EQ(model.NodeOf(model.parent(index)), ws.tree()[id].parent);
+    ASSERT_EQ(model.NodeOf(model.parent(index)), ws.tree().Parent(id));
   }
   model.Detach();
   ASSERT_TRUE(Load(SampleBackup()));

@@ -59,9 +59,8 @@ QString FileNamePart(QString text) {
 std::vector<std::pair<QString, NodeId>> FirstRecords(const DatabaseTree& tree) {
   std::vector<std::pair<QString, NodeId>> found;
   if (tree.empty()) return found;
-  for (NodeId db = tree[tree.Root()].firstChild; db != kNoNode; db = tree[db].next)
-    if (tree[db].firstChild != kNoNode)
-      found.emplace_back(QString::fromStdString(tree[db].text), tree[db].firstChild);
+  for (NodeId db : tree.Children(tree.Root()))
+    if (tree.FirstChild(db) != kNoNode) found.emplace_back(QString::fromStdString(tree.Text(db)), tree.FirstChild(db));
   return found;
 }
 
@@ -86,11 +85,11 @@ void TickSome(SelectionTreeView& view) {
   DatabaseTree* tree = view.selection();
   if (!tree || tree->empty()) return;
   const NodeId root = tree->Root();
-  NodeId db = (*tree)[root].firstChild;
   int done = 0;
-  for (; db != kNoNode && done < 2; db = (*tree)[db].next) {
-    if ((*tree)[db].firstChild == kNoNode) continue;
-    view.Toggle(done == 0 ? (*tree)[db].firstChild : db);
+  for (NodeId db : tree->Children(root)) {
+    if (done == 2) break;
+    if (tree->FirstChild(db) == kNoNode) continue;
+    view.Toggle(done == 0 ? tree->FirstChild(db) : db);
     ++done;
   }
 }
