@@ -9,6 +9,7 @@
 #include "convert/open_backup.h"
 #include "core/code_page_1256.h"
 #include "core/paths.h"
+#include "core/utf8.h"
 #include "platform/program_folder.h"
 #include "platform/settings_store.h"
 
@@ -43,26 +44,33 @@ int CliContext::Report(const Failure& failure) {
 
 void CliContext::Inform(const Message& message) { std::cout << message.text << '\n'; }
 
-std::string DisplayLine(std::string_view text8bit) {
-  const std::string utf8 = Cp1256ToUtf8(text8bit);
-  std::string out;
-  out.reserve(utf8.size());
-  for (char c : utf8) {
+void AppendDisplayLine(std::string& out, std::string_view text8bit) {
+  // Escaping goes by character below 0x80 only: every byte of a longer UTF-8
+  // sequence is 0x80 or more, so converting first and escaping after is the same.
+  const std::array<char32_t, 256>& codePoints = Cp1256CodePoints();
+  for (char byte : text8bit) {
+    const char32_t c = codePoints[static_cast<unsigned char>(byte)];
     switch (c) {
       case '\\': out += "\\\\"; break;
       case '\t': out += "\\t"; break;
       case '\r': out += "\\r"; break;
       case '\n': out += "\\n"; break;
       default:
-        if (static_cast<unsigned char>(c) < 0x20) {
+        if (c < 0x20) {
           char hex[8];
-          std::snprintf(hex, sizeof hex, "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
+          std::snprintf(hex, sizeof hex, "\\x%02X", static_cast<unsigned>(c));
           out += hex;
         } else {
-          out.push_back(c);
+          AppendUtf8(out, c);
         }
     }
   }
+}
+
+std::string DisplayLine(std::string_view text8bit) {
+  std::string out;
+  out.reserve(text8bit.size());
+  AppendDisplayLine(out, text8bit);
   return out;
 }
 

@@ -61,6 +61,7 @@ class CliContext {
 // 8-bit record text as one line of UTF-8: backslash, tab, CR, LF and other
 // control characters escaped.
 std::string DisplayLine(std::string_view text8bit);
+void AppendDisplayLine(std::string& out, std::string_view text8bit);
 
 // A malformed command line: the usage text on standard error, exit 2.
 int UsageError(std::string_view problem);

@@ -1,8 +1,18 @@
+#include <charconv>
 #include <iostream>
 
 #include "cli/commands.h"
 
 namespace orchidlamp::cli {
+namespace {
+
+void AppendNumber(std::string& out, std::int64_t value) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  out.append(digits, end);
+}
+
+}  // namespace
 
 int RunTree(CliContext& context, const std::vector<std::string>& words) {
   std::string error;
@@ -15,15 +25,19 @@ int RunTree(CliContext& context, const std::vector<std::string>& words) {
   std::string out;
   tree.ForEachDepthFirst([&](NodeId id, int depth) {
     const RecordLabel label = tree.Label(id);
-    out += std::to_string(depth);
+    AppendNumber(out, depth);
     out += '\t';
-    out += DisplayLine(tree.Key(id));
+    AppendDisplayLine(out, tree.Key(id));
     out += '\t';
     out += ImageKeyText(label.image);
     out += '\t';
-    out += tree.TagText(id);
+    if (const auto tag = tree.Tag(id)) {
+      AppendNumber(out, tag->first);
+      out += ':';
+      AppendNumber(out, tag->last);
+    }
     out += '\t';
-    out += DisplayLine(label.text);
+    AppendDisplayLine(out, label.text);
     out += '\n';
     if (out.size() > (1 << 20)) std::cout << out, out.clear();
   });

@@ -5,6 +5,8 @@
 #include <array>
 #include <stdexcept>
 
+#include "core/utf8.h"
+
 namespace orchidlamp {
 namespace {
 
@@ -40,25 +42,9 @@ const Tables& TablesOnce() {
   return tables;
 }
 
-void AppendUtf8(std::string& out, char32_t cp) {
-  if (cp < 0x80) {
-    out.push_back(static_cast<char>(cp));
-  } else if (cp < 0x800) {
-    out.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-    out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  } else if (cp < 0x10000) {
-    out.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-    out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-    out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  } else {
-    out.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-    out.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-    out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-    out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  }
-}
-
 }  // namespace
+
+const std::array<char32_t, 256>& Cp1256CodePoints() { return TablesOnce().toUnicode; }
 
 std::uint8_t UnicodeToCp1256(char16_t unit) { return TablesOnce().fromUnicode[unit]; }
 

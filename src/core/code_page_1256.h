@@ -3,6 +3,7 @@
 // The Arabic single-byte code page (Windows-1256): every 8-bit text of the system
 // is in it. The tables come from the platform's iconv and are built once.
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -14,6 +15,8 @@ std::uint8_t UnicodeToCp1256(char16_t unit);
 
 // 8-bit text as UTF-8, for display and standard output.
 std::string Cp1256ToUtf8(std::string_view text);
+// The code point of each byte: for writers that convert and escape in one pass.
+const std::array<char32_t, 256>& Cp1256CodePoints();
 
 // UTF-8 (what a user types) as 8-bit text; '?' for what has no byte.
 std::string Utf8ToCp1256(std::string_view utf8);

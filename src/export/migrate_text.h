@@ -12,6 +12,7 @@
 
 #include "core/bytes.h"
 #include "core/result.h"
+#include "core/utf8.h"
 
 namespace orchidlamp {
 
@@ -58,8 +59,5 @@ std::string GsmText(ByteView septets);
 // 0x7F, the 8-bit rule). Without field 7 data, a first byte of 06 means UTF-16,
 // anything else the 8-bit rule.
 std::string SmsMessageText(ByteView message, ByteView encodingField, const CodePage& codePage);
-
-// Appends a code point as UTF-8.
-void AppendUtf8(std::string& out, char32_t c);
 
 }  // namespace orchidlamp
