@@ -58,8 +58,10 @@ void DecodeNetwork(ByteView data, ServiceBookBoxes& boxes) {
   if (ByteView v = sub.Find(0x03); !v.empty()) boxes[3] = BoxText(v);
   if (ByteView v = sub.Find(0x12); !v.empty()) {
     std::string dotted;
-    for (std::size_t i = 0; i < std::min<std::size_t>(v.size(), 5); ++i)
-      dotted += (i ? "." : "") + std::to_string(v[i]);
+    for (std::size_t i = 0; i < std::min<std::size_t>(v.size(), 5); ++i) {
+      if (i > 0) dotted += '.';
+      dotted += std::to_string(v[i]);
+    }
     boxes[4] = dotted;
   }
   if (ByteView v = sub.Find(0x10); !v.empty()) {
