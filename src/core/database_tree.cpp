@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <stdexcept>
 
 #include "core/ipd_format.h"
@@ -22,10 +23,35 @@ std::optional<RecordSpan> RecordSpan::Parse(std::string_view text) {
   return span;
 }
 
+void DatabaseTree::OffsetColumn::Clear() {
+  narrow_.clear();
+  wide_.clear();
+}
+
+void DatabaseTree::OffsetColumn::Reserve(std::size_t count) {
+  if (wide_.empty())
+    narrow_.reserve(count);
+  else
+    wide_.reserve(count);
+}
+
+void DatabaseTree::OffsetColumn::PushBack(std::int64_t value) {
+  if (wide_.empty()) {
+    if (value >= 0 && value <= std::int64_t{std::numeric_limits<std::uint32_t>::max()}) {
+      narrow_.push_back(static_cast<std::uint32_t>(value));
+      return;
+    }
+    wide_.assign(narrow_.begin(), narrow_.end());
+    wide_.reserve(narrow_.capacity());
+    narrow_ = {};
+  }
+  wide_.push_back(value);
+}
+
 void DatabaseTree::Clear() {
-  for (auto* column : {&parent_, &row_}) column->clear();
-  first_.clear();
-  last_.clear();
+  parent_.clear();
+  first_.Clear();
+  last_.Clear();
   image_.clear();
   kind_.clear();
   flags_.clear();
@@ -36,9 +62,9 @@ void DatabaseTree::Clear() {
 }
 
 void DatabaseTree::Reserve(std::size_t count) {
-  for (auto* column : {&parent_, &row_}) column->reserve(count);
-  first_.reserve(count);
-  last_.reserve(count);
+  parent_.reserve(count);
+  first_.Reserve(count);
+  last_.Reserve(count);
   image_.reserve(count);
   kind_.reserve(count);
   flags_.reserve(count);
@@ -67,9 +93,8 @@ NodeId DatabaseTree::Append(NodeId parent, std::uint8_t flags, ImageKey image, s
   std::vector<NodeId>& siblings = ChildList(parent);
   const auto id = static_cast<NodeId>(size());
   parent_.push_back(parent);
-  row_.push_back(static_cast<std::int32_t>(siblings.size()));
-  first_.push_back(span.first);
-  last_.push_back(span.last);
+  first_.PushBack(span.first);
+  last_.PushBack(span.last);
   image_.push_back(image);
   kind_.push_back(kind);
   flags_.push_back(flags);
@@ -102,13 +127,10 @@ const DatabaseTree::OwnNode* DatabaseTree::Own(NodeId id) const {
   return &own_[static_cast<std::size_t>(at - ownIds_.begin())];
 }
 
-NodeId DatabaseTree::Next(NodeId id) const {
+std::int32_t DatabaseTree::Row(NodeId id) const {
   const std::vector<NodeId>& siblings = Children(Parent(id));
-  const auto next = static_cast<std::size_t>(Row(id)) + 1;
-  return next < siblings.size() ? siblings[next] : kNoNode;
+  return static_cast<std::int32_t>(std::lower_bound(siblings.begin(), siblings.end(), id) - siblings.begin());
 }
-
-NodeId DatabaseTree::FirstSibling(NodeId id) const { return Children(Parent(id)).front(); }
 
 const std::string& DatabaseTree::Key(NodeId id) const {
   static const std::string kNone;

@@ -65,14 +65,12 @@ class DatabaseTree {
   NodeId Root() const { return empty() ? kNoNode : 0; }
 
   NodeId Parent(NodeId id) const { return parent_[Index(id)]; }
-  NodeId Next(NodeId id) const;
   NodeId FirstChild(NodeId id) const { return ChildCount(id) > 0 ? Children(id)[0] : kNoNode; }
   std::int32_t ChildCount(NodeId id) const { return static_cast<std::int32_t>(Children(id).size()); }
   // The node's children (top-level nodes for kNoNode), first to last.
   const std::vector<NodeId>& Children(NodeId id) const;
   // The node's position among its parent's children.
-  std::int32_t Row(NodeId id) const { return row_[Index(id)]; }
-  NodeId FirstSibling(NodeId id) const;
+  std::int32_t Row(NodeId id) const;
 
   // Empty for record nodes.
   const std::string& Key(NodeId id) const;
@@ -112,6 +110,19 @@ class DatabaseTree {
     std::vector<NodeId> children;
   };
   enum Flags : std::uint8_t { kHasTag = 1, kOwn = 2, kImageFromLabel = 4 };
+
+  // Byte offsets: four bytes each while every one fits, eight once one does not.
+  class OffsetColumn {
+   public:
+    void Clear();
+    void Reserve(std::size_t count);
+    void PushBack(std::int64_t value);
+    std::int64_t operator[](std::size_t i) const { return wide_.empty() ? narrow_[i] : wide_[i]; }
+
+   private:
+    std::vector<std::uint32_t> narrow_;
+    std::vector<std::int64_t> wide_;
+  };
   static constexpr std::uint8_t kNoKind = 0xFF;
 
   static std::size_t Index(NodeId id) { return static_cast<std::size_t>(id); }
@@ -128,11 +139,11 @@ class DatabaseTree {
     for (NodeId c : Children(id)) VisitSubtree(c, depth + 1, visit);
   }
 
-  // One entry per node.
+  // One entry per node. A child list is in ascending id order, so a node's row
+  // is found there rather than kept.
   std::vector<NodeId> parent_;
-  std::vector<std::int32_t> row_;
-  std::vector<std::int64_t> first_;
-  std::vector<std::int64_t> last_;
+  OffsetColumn first_;
+  OffsetColumn last_;
   std::vector<ImageKey> image_;
   std::vector<std::uint8_t> kind_;
   std::vector<std::uint8_t> flags_;

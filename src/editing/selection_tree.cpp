@@ -93,7 +93,7 @@ void UpdateParentCheck(DatabaseTree& tree, NodeId node) {
     if (parent == kNoNode) return;
     bool noneIsAll = true;
     bool noneIsNone = true;
-    for (NodeId s = tree.FirstSibling(node); s != kNoNode; s = tree.Next(s)) {
+    for (NodeId s : tree.Children(parent)) {
       const ImageKey image = tree.Image(s);
       if (image == ImageKey::TickSome) {
         noneIsAll = noneIsNone = false;

@@ -64,8 +64,7 @@ Result<EditorSave> EditSB::SaveAll(const Workspace& ws) const {
     const NodeId parent = tree.Parent(selected);
     Bytes file = HexToBytes(kServiceBookFilePrefixHex);
     std::optional<Message> refusal;
-    NodeId sibling = tree.FirstSibling(tree.FirstChild(parent));
-    for (std::int32_t i = 0; i < tree.ChildCount(parent) && sibling != kNoNode; ++i, sibling = tree.Next(sibling)) {
+    for (NodeId sibling : tree.Children(parent)) {
       if (sibling != selected) {
         Append(file, WholeRecord(ws, sibling));
         continue;

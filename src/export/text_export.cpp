@@ -47,13 +47,10 @@ class ExportWalk {
     if (const KindSpec* kind = KindOfParent(parent)) PrintRecord(*kind, *tag);
   }
 
-  // As many nodes as the group has children, from the first child's first sibling on.
+  // The group's children, first to last.
   void ExportKind(NodeId group) {
     if (!Exists(tree_, group)) return;
-    const NodeId first = tree_.FirstChild(group);
-    NodeId n = first == kNoNode ? kNoNode : tree_.FirstSibling(first);
-    const std::int32_t count = tree_.ChildCount(group);
-    for (std::int32_t i = 0; i < count && n != kNoNode; ++i, n = tree_.Next(n)) ExportRecord(n);
+    for (NodeId n : tree_.Children(group)) ExportRecord(n);
   }
 
   // A node, its descendants and its later siblings. The depth rises once per
@@ -62,7 +59,10 @@ class ExportWalk {
   // Siblings are walked in a loop so a database of a million records does not
   // nest a million calls.
   void ExportTree(NodeId node) {
-    for (NodeId id = Exists(tree_, node) ? node : kNoNode; id != kNoNode;) {
+    if (!Exists(tree_, node)) return;
+    const std::vector<NodeId>& chain = tree_.Children(tree_.Parent(node));
+    for (auto at = static_cast<std::size_t>(tree_.Row(node)); at < chain.size(); ++at) {
+      const NodeId id = chain[at];
       // A record's label is its text too: one that reads as a database name gets the banner.
       if (const KindSpec* kind = ExportedKindByText(tree_.Text(id))) Banner(kind->form->exported.treeTitle);
       const NodeId parent = tree_.Parent(id);
@@ -72,13 +72,8 @@ class ExportWalk {
         ++ws_.exportDepth;
         ExportTree(first);
       }
-      const NodeId next = tree_.Next(id);
-      if (next == kNoNode) {
-        --ws_.exportDepth;
-        break;
-      }
-      id = next;
     }
+    --ws_.exportDepth;
   }
 
   // Writes out what is still buffered.
