@@ -62,6 +62,8 @@ void AppendUtf8(std::string& out, char32_t cp) {
 
 std::uint8_t UnicodeToCp1256(char16_t unit) { return TablesOnce().fromUnicode[unit]; }
 
+const std::array<std::uint8_t, 65536>& Cp1256OfUnicode() { return TablesOnce().fromUnicode; }
+
 std::string Cp1256ToUtf8(std::string_view text) {
   const Tables& t = TablesOnce();
   std::string out;

@@ -27,26 +27,34 @@ const KindSpec* ExportedKindByText(std::string_view databaseText) {
 
 std::string FormatRecord(const KindSpec& kind, ByteView body, const RecordSpan& span, const FormatContext& context,
                          bool asText) {
-  const MemberList members = DecodeRecord(kind, body, DecodeContext{context.timeZoneHours, span.first, &context.pictures});
+  std::string out;
+  RecordFormatter(context).Append(out, kind, body, span, asText);
+  return out;
+}
+
+void RecordFormatter::Append(std::string& out, const KindSpec& kind, ByteView body, const RecordSpan& span,
+                             bool asText) {
+  DecodeRecordInto(kind, body, DecodeContext{context_.timeZoneHours, span.first, &context_.pictures}, values_);
   const RecordForm& form = *kind.form;
   bool identified = false;
-  for (std::uint8_t i : form.exported.identity) identified = identified || !members[i].value.empty();
-  if (!identified) return std::string(kSkipped);
+  for (std::uint8_t i : form.exported.identity) identified = identified || !values_[i].empty();
+  if (!identified) {
+    out += kSkipped;
+    return;
+  }
 
-  std::string out;
   if (asText) out.append("\r\n").append(kSeparatorLine).append("\r\n");
   bool first = true;
   ForEachExported(form, [&](const MemberSpec& spec, std::size_t i) {
     if (asText) {
       if (!first) out += "\r\n";
-      out.append("\t").append(spec.caption).append(": ").append(members[i].value);
+      out.append("\t").append(spec.caption).append(": ").append(values_[i]);
     } else {
-      if (!first) out += context.delimiter;
-      out.append("\"").append(members[i].value).append("\"");
+      if (!first) out += context_.delimiter;
+      out.append("\"").append(values_[i]).append("\"");
     }
     first = false;
   });
-  return out;
 }
 
 std::string CsvHeader(const KindSpec& kind) {

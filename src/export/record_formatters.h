@@ -47,6 +47,19 @@ const KindSpec* ExportedKindByText(std::string_view databaseText);
 std::string FormatRecord(const KindSpec& kind, ByteView body, const RecordSpan& span, const FormatContext& context,
                          bool asText);
 
+// FormatRecord for one record after another: each is appended to the caller's
+// text, and the decoded values live in a buffer the formatter keeps, so an
+// export allocates nothing per record.
+class RecordFormatter {
+ public:
+  explicit RecordFormatter(const FormatContext& context) : context_(context) {}
+  void Append(std::string& out, const KindSpec& kind, ByteView body, const RecordSpan& span, bool asText);
+
+ private:
+  const FormatContext& context_;
+  MemberValues values_;
+};
+
 // The CSV header row of a kind: its exported captions joined by commas, whatever
 // the delimiter (this mismatch with the data rows is wanted).
 std::string CsvHeader(const KindSpec& kind);

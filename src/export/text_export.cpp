@@ -22,7 +22,13 @@ bool Exists(const DatabaseTree& tree, NodeId id) { return id != kNoNode && stati
 class ExportWalk {
  public:
   ExportWalk(Workspace& ws, bool asText, Progress* progress, BufferedFileWriter& file)
-      : ws_(ws), tree_(ws.tree()), asText_(asText), progress_(progress), context_(FormatContextOf(ws)), file_(file) {
+      : ws_(ws),
+        tree_(ws.tree()),
+        asText_(asText),
+        progress_(progress),
+        context_(FormatContextOf(ws)),
+        formatter_(context_),
+        file_(file) {
     out_.reserve(kFlushAt + kFlushAt / 4);
   }
 
@@ -86,7 +92,7 @@ class ExportWalk {
  private:
   void PrintRecord(const KindSpec& kind, const RecordSpan& span) {
     if (ws_.exportDepth > 0) out_.append(kBlanksPerDepth * static_cast<std::size_t>(ws_.exportDepth), ' ');
-    out_ += FormatRecord(kind, ws_.Body(span), span, context_, asText_);
+    formatter_.Append(out_, kind, ws_.Body(span), span, asText_);
     out_ += "\r\n";
     if (out_.size() >= kFlushAt) Flush();
     if (++printed_ % kProgressEvery == 0) Report(progress_, printed_, tree_.size());
@@ -97,6 +103,7 @@ class ExportWalk {
   bool asText_;
   Progress* progress_;
   FormatContext context_;
+  RecordFormatter formatter_;  // after context_, which it reads
   BufferedFileWriter& file_;
   std::string out_;
   std::size_t printed_ = 0;

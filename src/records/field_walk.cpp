@@ -2,8 +2,31 @@
 
 namespace orchidlamp {
 
-FieldList::Located FieldList::Locate(int type) const {
+FieldList::FieldList(ByteView bytes) : bytes_(bytes) {
   std::size_t p = 0;
+  while (bytes_.size() - p >= 3) {
+    if (kept_ == kKept) {
+      walkOn_ = p;
+      return;
+    }
+    types_[kept_] = bytes_[p + 2];
+    starts_[kept_++] = static_cast<std::uint32_t>(p);
+    const std::size_t next = p + 3 + ReadLE16(bytes_, p);
+    if (next >= bytes_.size()) break;
+    p = next;
+  }
+}
+
+FieldList::Located FieldList::At(std::size_t start) const {
+  const std::size_t length = ReadLE16(bytes_, start);
+  return {ClippedSub(bytes_, start + 3, length), start + 3 + length, true};
+}
+
+FieldList::Located FieldList::Locate(int type) const {
+  for (std::size_t i = 0; i < kept_; ++i)
+    if (types_[i] == type) return At(starts_[i]);
+  if (walkOn_ == kWalkEnded) return {};
+  std::size_t p = walkOn_;
   while (bytes_.size() - p >= 3) {
     const std::size_t length = ReadLE16(bytes_, p);
     const std::size_t next = p + 3 + length;

@@ -5,6 +5,7 @@
 // works on the record's bytes and gives exactly what FindField gives on its hex
 // text: the first field of a type, data clipped to what the list holds.
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -12,10 +13,13 @@
 
 namespace orchidlamp {
 
+// The list is walked once, when it is made: the type and start of its first
+// fields are kept, so a record's many look-ups scan a few bytes each instead of
+// walking the list again. A longer list is walked on from the last kept field.
 class FieldList {
  public:
   FieldList() = default;
-  explicit FieldList(ByteView bytes) : bytes_(bytes) {}
+  explicit FieldList(ByteView bytes);
 
   // The data of the first field of the type; empty when there is none.
   ByteView Find(int type) const { return Locate(type).data; }
@@ -32,9 +36,17 @@ class FieldList {
     std::size_t next = 0;  // offset of the field after it
     bool found = false;
   };
+  static constexpr std::size_t kKept = 24;
+  static constexpr std::size_t kWalkEnded = static_cast<std::size_t>(-1);
+
   Located Locate(int type) const;
+  Located At(std::size_t start) const;
 
   ByteView bytes_;
+  std::size_t kept_ = 0;
+  std::size_t walkOn_ = kWalkEnded;  // where the walk goes on past the kept fields
+  std::array<std::uint8_t, kKept> types_{};
+  std::array<std::uint32_t, kKept> starts_{};
 };
 
 // The field list of an ordinary record: from body byte 6 (after handle and uid).

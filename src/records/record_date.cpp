@@ -1,7 +1,7 @@
 #include "records/record_date.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace orchidlamp {
 namespace {
@@ -26,12 +26,15 @@ constexpr double kFixedHours = 0.125;          // three hours, part of every dat
 constexpr double kFirstSecond = -657434.0 * kDay;   // 0100-01-01 00:00:00
 constexpr double kLastSecond = 2958466.0 * kDay - 1;  // 9999-12-31 23:59:59
 
+// The last decimal digit of a non-negative number.
+constexpr char Digit(long long n) { return static_cast<char>('0' + n % 10); }
+
 }  // namespace
 
-std::string RecordDateText(double count, double unitsPerDay, double timeZoneHours) {
+void AppendRecordDate(std::string& out, double count, double unitsPerDay, double timeZoneHours) {
   const double value = (kEpochDateValue + kFixedHours + timeZoneHours / 24.0) + count / unitsPerDay;
   const double seconds = std::floor(value * 86400.0 + 0.5);
-  if (!std::isfinite(seconds) || seconds < kFirstSecond || seconds > kLastSecond) return {};
+  if (!std::isfinite(seconds) || seconds < kFirstSecond || seconds > kLastSecond) return;
   const auto s = static_cast<long long>(seconds);
   long long day = s / kDay;
   long long timeOfDay = s % kDay;
@@ -40,13 +43,23 @@ std::string RecordDateText(double count, double unitsPerDay, double timeZoneHour
   unsigned month, dayOfMonth;
   // Date values count from 1899-12-30, which is 25569 days before 1970-01-01.
   CivilFromDays(day - 25569, year, month, dayOfMonth);
-  char text[64];
+  // The range check keeps the year within 100 to 9999: always four digits.
+  char text[19] = {Digit(year / 1000), Digit(year / 100), Digit(year / 10), Digit(year), '-', Digit(month / 10),
+                   Digit(month), '-', Digit(dayOfMonth / 10), Digit(dayOfMonth)};
   if (timeOfDay == 0) {
-    std::snprintf(text, sizeof text, "%04lld-%02u-%02u", year, month, dayOfMonth);
-  } else {
-    std::snprintf(text, sizeof text, "%04lld-%02u-%02u %02lld:%02lld:%02lld", year, month, dayOfMonth,
-                  timeOfDay / 3600, timeOfDay / 60 % 60, timeOfDay % 60);
+    out.append(text, 10);
+    return;
   }
+  const long long hour = timeOfDay / 3600, minute = timeOfDay / 60 % 60, second = timeOfDay % 60;
+  const char clock[9] = {' ', Digit(hour / 10), Digit(hour), ':', Digit(minute / 10), Digit(minute), ':',
+                         Digit(second / 10), Digit(second)};
+  std::copy(clock, clock + 9, text + 10);
+  out.append(text, 19);
+}
+
+std::string RecordDateText(double count, double unitsPerDay, double timeZoneHours) {
+  std::string text;
+  AppendRecordDate(text, count, unitsPerDay, timeZoneHours);
   return text;
 }
 
