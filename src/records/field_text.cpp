@@ -1,5 +1,7 @@
 #include "records/field_text.h"
 
+#include <cstring>
+
 #include "core/code_page_1256.h"
 
 namespace orchidlamp {
@@ -10,6 +12,21 @@ inline bool Kept(std::uint8_t c, bool keepLineBreaks) {
   return c >= 32 || (keepLineBreaks && (c == 13 || c == 10));
 }
 
+// The length of the run of bytes from 32 up that starts at p, looked at eight
+// bytes at a time: a word has a byte below 32 exactly when (x - 0x20..) & ~x
+// has a high bit set (bytes from 128 up have theirs masked off by ~x).
+std::size_t PrintableRun(const std::uint8_t* p, std::size_t n) {
+  constexpr std::uint64_t kLows = 0x2020202020202020ull, kHighs = 0x8080808080808080ull;
+  std::size_t i = 0;
+  for (; i + 8 <= n; i += 8) {
+    std::uint64_t x;
+    std::memcpy(&x, p + i, 8);
+    if ((x - kLows) & ~x & kHighs) break;
+  }
+  while (i < n && p[i] >= 32) ++i;
+  return i;
+}
+
 }  // namespace
 
 void AppendClean(std::string& out, ByteView data, bool keepLineBreaks) {
@@ -17,9 +34,9 @@ void AppendClean(std::string& out, ByteView data, bool keepLineBreaks) {
   const std::uint8_t* p = data.data();
   const std::uint8_t* const end = p + data.size();
   while (p < end) {
-    const std::uint8_t* run = p;
-    while (p < end && *p >= 32) ++p;
-    out.append(reinterpret_cast<const char*>(run), static_cast<std::size_t>(p - run));
+    const std::size_t run = PrintableRun(p, static_cast<std::size_t>(end - p));
+    out.append(reinterpret_cast<const char*>(p), run);
+    p += run;
     for (; p < end && *p < 32; ++p)
       if (keepLineBreaks && (*p == 13 || *p == 10)) out.push_back(static_cast<char>(*p));
   }

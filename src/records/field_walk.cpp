@@ -9,7 +9,8 @@ FieldList::FieldList(ByteView bytes) : bytes_(bytes) {
       walkOn_ = p;
       return;
     }
-    types_[kept_] = bytes_[p + 2];
+    std::uint8_t& first = firstOfType_[bytes_[p + 2]];
+    if (first == 0) first = static_cast<std::uint8_t>(kept_ + 1);
     starts_[kept_++] = static_cast<std::uint32_t>(p);
     const std::size_t next = p + 3 + ReadLE16(bytes_, p);
     if (next >= bytes_.size()) break;
@@ -23,8 +24,9 @@ FieldList::Located FieldList::At(std::size_t start) const {
 }
 
 FieldList::Located FieldList::Locate(int type) const {
-  for (std::size_t i = 0; i < kept_; ++i)
-    if (types_[i] == type) return At(starts_[i]);
+  if (type < 0 || type > 255) return {};  // a type byte never matches
+  if (const std::uint8_t first = firstOfType_[static_cast<std::size_t>(type)]; first != 0)
+    return At(starts_[first - 1u]);
   if (walkOn_ == kWalkEnded) return {};
   std::size_t p = walkOn_;
   while (bytes_.size() - p >= 3) {

@@ -13,9 +13,9 @@
 
 namespace orchidlamp {
 
-// The list is walked once, when it is made: the type and start of its first
-// fields are kept, so a record's many look-ups scan a few bytes each instead of
-// walking the list again. A longer list is walked on from the last kept field.
+// The list is walked once, when it is made: the first field of each type among
+// its first fields is kept by type, so a record's many look-ups cost one step
+// each instead of a walk. A longer list is walked on from the last kept field.
 class FieldList {
  public:
   FieldList() = default;
@@ -45,7 +45,7 @@ class FieldList {
   ByteView bytes_;
   std::size_t kept_ = 0;
   std::size_t walkOn_ = kWalkEnded;  // where the walk goes on past the kept fields
-  std::array<std::uint8_t, kKept> types_{};
+  std::array<std::uint8_t, 256> firstOfType_{};  // 1 + index into starts_; 0: none kept
   std::array<std::uint32_t, kKept> starts_{};
 };
 

@@ -1,6 +1,6 @@
 #include "records/record_date.h"
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace orchidlamp {
@@ -26,8 +26,21 @@ constexpr double kFixedHours = 0.125;          // three hours, part of every dat
 constexpr double kFirstSecond = -657434.0 * kDay;   // 0100-01-01 00:00:00
 constexpr double kLastSecond = 2958466.0 * kDay - 1;  // 9999-12-31 23:59:59
 
-// The last decimal digit of a non-negative number.
-constexpr char Digit(long long n) { return static_cast<char>('0' + n % 10); }
+// "00" to "99", two characters each.
+constexpr std::array<char, 200> kTwoDigits = [] {
+  std::array<char, 200> digits{};
+  for (int i = 0; i < 100; ++i) {
+    digits[2 * i] = static_cast<char>('0' + i / 10);
+    digits[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return digits;
+}();
+
+// Writes a number below 100 as two digits.
+void PutTwo(char* to, long long n) {
+  to[0] = kTwoDigits[2 * static_cast<std::size_t>(n)];
+  to[1] = kTwoDigits[2 * static_cast<std::size_t>(n) + 1];
+}
 
 }  // namespace
 
@@ -43,17 +56,20 @@ void AppendRecordDate(std::string& out, double count, double unitsPerDay, double
   unsigned month, dayOfMonth;
   // Date values count from 1899-12-30, which is 25569 days before 1970-01-01.
   CivilFromDays(day - 25569, year, month, dayOfMonth);
-  // The range check keeps the year within 100 to 9999: always four digits.
-  char text[19] = {Digit(year / 1000), Digit(year / 100), Digit(year / 10), Digit(year), '-', Digit(month / 10),
-                   Digit(month), '-', Digit(dayOfMonth / 10), Digit(dayOfMonth)};
+  // "YYYY-MM-DD HH:MM:SS"; the range check keeps the year within 100 to 9999,
+  // always four digits.
+  char text[19] = {0, 0, 0, 0, '-', 0, 0, '-', 0, 0, ' ', 0, 0, ':', 0, 0, ':', 0, 0};
+  PutTwo(text, year / 100);
+  PutTwo(text + 2, year % 100);
+  PutTwo(text + 5, month);
+  PutTwo(text + 8, dayOfMonth);
   if (timeOfDay == 0) {
     out.append(text, 10);
     return;
   }
-  const long long hour = timeOfDay / 3600, minute = timeOfDay / 60 % 60, second = timeOfDay % 60;
-  const char clock[9] = {' ', Digit(hour / 10), Digit(hour), ':', Digit(minute / 10), Digit(minute), ':',
-                         Digit(second / 10), Digit(second)};
-  std::copy(clock, clock + 9, text + 10);
+  PutTwo(text + 11, timeOfDay / 3600);
+  PutTwo(text + 14, timeOfDay / 60 % 60);
+  PutTwo(text + 17, timeOfDay % 60);
   out.append(text, 19);
 }
 

@@ -8,6 +8,7 @@
 // Kind and database name (core/kinds.h), its row in record_kinds.cpp and a kind
 // file.
 
+#include <algorithm>
 #include <array>
 #include <concepts>
 #include <cstddef>
@@ -72,7 +73,7 @@ class MemberValues {
   void Reset(std::size_t count) {
     text_.clear();
     count_ = count;
-    spans_.fill({});
+    std::fill_n(spans_.begin(), count, Span{});
   }
   std::size_t size() const { return count_; }
   std::string_view operator[](std::size_t i) const {
