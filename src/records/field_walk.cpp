@@ -9,8 +9,9 @@ FieldList::FieldList(ByteView bytes) : bytes_(bytes) {
       walkOn_ = p;
       return;
     }
-    std::uint8_t& first = firstOfType_[bytes_[p + 2]];
-    if (first == 0) first = static_cast<std::uint8_t>(kept_ + 1);
+    const std::uint8_t type = bytes_[p + 2];
+    present_[type >> 6] |= std::uint64_t{1} << (type & 63);
+    types_[kept_] = type;
     starts_[kept_++] = static_cast<std::uint32_t>(p);
     const std::size_t next = p + 3 + ReadLE16(bytes_, p);
     if (next >= bytes_.size()) break;
@@ -25,8 +26,11 @@ FieldList::Located FieldList::At(std::size_t start) const {
 
 FieldList::Located FieldList::Locate(int type) const {
   if (type < 0 || type > 255) return {};  // a type byte never matches
-  if (const std::uint8_t first = firstOfType_[static_cast<std::size_t>(type)]; first != 0)
-    return At(starts_[first - 1u]);
+  if (present_[static_cast<std::size_t>(type) >> 6] >> (type & 63) & 1) {
+    std::size_t i = 0;
+    while (types_[i] != type) ++i;  // the bit says one is there
+    return At(starts_[i]);
+  }
   if (walkOn_ == kWalkEnded) return {};
   std::size_t p = walkOn_;
   while (bytes_.size() - p >= 3) {

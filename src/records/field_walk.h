@@ -13,9 +13,10 @@
 
 namespace orchidlamp {
 
-// The list is walked once, when it is made: the first field of each type among
-// its first fields is kept by type, so a record's many look-ups cost one step
-// each instead of a walk. A longer list is walked on from the last kept field.
+// The list is walked once, when it is made: the types and starts of its first
+// fields are kept, with a bit per type present, so a look-up of an absent type
+// costs one step and a present one a scan of a few bytes instead of a walk. A
+// longer list is walked on from the last kept field.
 class FieldList {
  public:
   FieldList() = default;
@@ -36,7 +37,7 @@ class FieldList {
     std::size_t next = 0;  // offset of the field after it
     bool found = false;
   };
-  static constexpr std::size_t kKept = 24;
+  static constexpr std::size_t kKept = 16;
   static constexpr std::size_t kWalkEnded = static_cast<std::size_t>(-1);
 
   Located Locate(int type) const;
@@ -45,7 +46,8 @@ class FieldList {
   ByteView bytes_;
   std::size_t kept_ = 0;
   std::size_t walkOn_ = kWalkEnded;  // where the walk goes on past the kept fields
-  std::array<std::uint8_t, 256> firstOfType_{};  // 1 + index into starts_; 0: none kept
+  std::array<std::uint64_t, 4> present_{};  // bit t: a kept field has type t
+  std::array<std::uint8_t, kKept> types_{};
   std::array<std::uint32_t, kKept> starts_{};
 };
 

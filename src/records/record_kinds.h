@@ -77,7 +77,7 @@ class MemberValues {
   }
   std::size_t size() const { return count_; }
   std::string_view operator[](std::size_t i) const {
-    return std::string_view(text_).substr(spans_[i].start, spans_[i].length);
+    return {text_.data() + spans_[i].start, spans_[i].length};
   }
   // Member i becomes what `append` appends to the text it is given.
   template <typename Append>
