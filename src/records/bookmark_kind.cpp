@@ -29,9 +29,12 @@ void AppendTextBehind(std::string& out, std::string_view hex, std::string_view m
 
 void Finish(ByteView body, const FieldList&, const DecodeContext&, MemberValues& m) {
   const std::string hex = BytesToHex(body);
-  for (auto [member, marker] : {std::pair{MemberIndex(kMembers, "BookmarkName"), kNameMarker},
-                                std::pair{MemberIndex(kMembers, "BookmarkUrl"), kUrlMarker}})
-    m.Set(member, [&](std::string& text) { AppendTextBehind(text, hex, marker, kMembers[member].keepLineBreaks); });
+  for (const auto& [member, marker] : {std::pair{MemberIndex(kMembers, "BookmarkName"), kNameMarker},
+                                       std::pair{MemberIndex(kMembers, "BookmarkUrl"), kUrlMarker}}) {
+    const bool keepLineBreaks = kMembers[member].keepLineBreaks;
+    const std::string_view behind = marker;  // a lambda below reads it: no structured binding
+    m.Set(member, [&](std::string& text) { AppendTextBehind(text, hex, behind, keepLineBreaks); });
+  }
 }
 
 RecordLabel Label(ByteView body, const FieldList&) {
