@@ -64,7 +64,7 @@ class RecordFormatter {
   struct Layout {
     std::vector<std::uint8_t> members;  // exported, in the file's order
     std::vector<std::string> joins;     // one more than members
-    std::size_t joinsSize = 0;
+    std::size_t joinsSize;  // value-initialised by emplace()
   };
   const Layout& LayoutOf(const KindSpec& kind, bool asText);
 
