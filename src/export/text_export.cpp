@@ -12,8 +12,9 @@ constexpr std::size_t kTitleIndent = 27;
 constexpr std::size_t kBlanksPerDepth = 4;
 constexpr std::size_t kProgressEvery = 1024;
 // The text goes to the file whenever this much has gathered, so an export of
-// any size holds one small buffer rather than the whole text.
-constexpr std::size_t kFlushAt = std::size_t{4} << 20;
+// any size holds one small buffer rather than the whole text; the file's own
+// buffer is no larger. Bigger buffers write no faster.
+constexpr std::size_t kFlushAt = std::size_t{1} << 20;
 
 bool Exists(const DatabaseTree& tree, NodeId id) { return id != kNoNode && static_cast<std::size_t>(id) < tree.size(); }
 
@@ -134,7 +135,7 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
   // Opened (and truncated) before the walk. A file that cannot be written still
   // gets the walk, which moves the export depth, and then the write's failure,
   // as when the whole text was written at the end.
-  BufferedFileWriter file(path, BufferedFileWriter::Mode::Truncating);
+  BufferedFileWriter file(path, BufferedFileWriter::Mode::Truncating, kFlushAt);
   ExportWalk walk(ws, asText, progress, file);
   std::optional<Failure> fault;
   try {
