@@ -40,7 +40,8 @@ MemberList DecodeRecord(const KindSpec& kind, ByteView body, const DecodeContext
   DecodeRecordInto(kind, body, context, values);
   MemberList members;
   members.reserve(values.size());
-  for (std::size_t i = 0; i < values.size(); ++i) members.push_back({kind.form->members[i].name, std::string(values[i])});
+  for (std::size_t i = 0; i < values.size(); ++i)
+    members.push_back({kind.form->members[i].name, std::string(values[i])});
   return members;
 }
 
