@@ -6,6 +6,7 @@
 #include "fuzz_scratch.h"
 #include "fuzz_targets.h"
 #include "records/decoders.h"
+#include "records/field_text.h"
 #include "records/field_walk.h"
 #include "records/record_click.h"
 #include "records/record_kinds.h"
@@ -46,14 +47,25 @@ int FuzzRecordDecoders(const std::uint8_t* data, std::size_t size) {
     for (std::size_t cut = 0; cut < whole.size(); ++cut) DecodeAsEveryKind(whole.first(cut), timeZoneHours);
 
   // The decoders' byte walk finds exactly what the hex-text FindField finds, on
-  // any field list, well-formed or not.
-  const ByteView list(control.rest(), std::min<std::size_t>(control.restSize(), 64));
+  // any field list, well-formed or not, longer than the fields it keeps by type.
+  const ByteView list(control.rest(), std::min<std::size_t>(control.restSize(), 128));
   const std::string hex = BytesToHex(list);
   const FieldList fields(list);
   for (int type = 0; type < 256; type += type < 8 ? 1 : 37) {
     const std::string code = std::to_string(type);
     if (BytesToHex(fields.Find(type)) != FindField(hex, code)) std::abort();
     if (BytesToHex(fields.FindFollowing(type)) != FindField(hex, code, 2)) std::abort();
+  }
+  // The byte routes give what their hex definitions give.
+  std::string utf16;
+  AppendUtf16(utf16, list);
+  if (utf16 != UnicodeHexToText(hex)) std::abort();
+  for (bool keep : {false, true}) {
+    std::string clean, wide;
+    AppendClean(clean, list, keep);
+    AppendUtf16AfterLead(wide, list, keep);
+    if (clean != CleanControlChars(HexToText(hex), keep)) std::abort();
+    if (wide != CleanControlChars(UnicodeHexToText(Mid(hex, 3)), keep)) std::abort();
   }
 
   const KindLabeller labeller;

@@ -48,6 +48,8 @@ const std::array<char32_t, 256>& Cp1256CodePoints() { return TablesOnce().toUnic
 
 std::uint8_t UnicodeToCp1256(char16_t unit) { return TablesOnce().fromUnicode[unit]; }
 
+const std::array<std::uint8_t, 65536>& Cp1256OfUnicode() { return TablesOnce().fromUnicode; }
+
 std::string Cp1256ToUtf8(std::string_view text) {
   const Tables& t = TablesOnce();
   std::string out;

@@ -12,6 +12,8 @@ namespace orchidlamp {
 
 // The code page byte of a UTF-16 code unit; '?' where the code page has none.
 std::uint8_t UnicodeToCp1256(char16_t unit);
+// The same as a table indexed by the code unit, for loops over many units.
+const std::array<std::uint8_t, 65536>& Cp1256OfUnicode();
 
 // 8-bit text as UTF-8, for display and standard output.
 std::string Cp1256ToUtf8(std::string_view text);

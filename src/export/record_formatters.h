@@ -12,8 +12,11 @@
 // A record whose identifying members are all empty formats as the text "1"
 // (kSkipped) in both forms; exports write that marker like any other result.
 
+#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/bytes.h"
 #include "core/database_tree.h"
@@ -46,6 +49,29 @@ const KindSpec* ExportedKindByText(std::string_view databaseText);
 // `kind` must have members.
 std::string FormatRecord(const KindSpec& kind, ByteView body, const RecordSpan& span, const FormatContext& context,
                          bool asText);
+
+// FormatRecord for one record after another: each is appended to the caller's
+// text, and the decoded values live in a buffer the formatter keeps, so an
+// export allocates nothing per record.
+class RecordFormatter {
+ public:
+  explicit RecordFormatter(const FormatContext& context) : context_(context) {}
+  void Append(std::string& out, const KindSpec& kind, ByteView body, const RecordSpan& span, bool asText);
+
+ private:
+  // A kind's block or row is its values with fixed texts between them: before
+  // the first, between each two, after the last. Made on first use.
+  struct Layout {
+    std::vector<std::uint8_t> members;  // exported, in the file's order
+    std::vector<std::string> joins;     // one more than members
+    std::size_t joinsSize;  // value-initialised by emplace()
+  };
+  const Layout& LayoutOf(const KindSpec& kind, bool asText);
+
+  const FormatContext& context_;
+  MemberValues values_;
+  std::array<std::array<std::optional<Layout>, kKindCount>, 2> layouts_;
+};
 
 // The CSV header row of a kind: its exported captions joined by commas, whatever
 // the delimiter (this mismatch with the data rows is wanted).

@@ -12,8 +12,9 @@ constexpr std::size_t kTitleIndent = 27;
 constexpr std::size_t kBlanksPerDepth = 4;
 constexpr std::size_t kProgressEvery = 1024;
 // The text goes to the file whenever this much has gathered, so an export of
-// any size holds one small buffer rather than the whole text.
-constexpr std::size_t kFlushAt = std::size_t{4} << 20;
+// any size holds one small buffer rather than the whole text; the file's own
+// buffer is no larger. Bigger buffers write no faster.
+constexpr std::size_t kFlushAt = std::size_t{1} << 20;
 
 bool Exists(const DatabaseTree& tree, NodeId id) { return id != kNoNode && static_cast<std::size_t>(id) < tree.size(); }
 
@@ -22,7 +23,13 @@ bool Exists(const DatabaseTree& tree, NodeId id) { return id != kNoNode && stati
 class ExportWalk {
  public:
   ExportWalk(Workspace& ws, bool asText, Progress* progress, BufferedFileWriter& file)
-      : ws_(ws), tree_(ws.tree()), asText_(asText), progress_(progress), context_(FormatContextOf(ws)), file_(file) {
+      : ws_(ws),
+        tree_(ws.tree()),
+        asText_(asText),
+        progress_(progress),
+        context_(FormatContextOf(ws)),
+        formatter_(context_),
+        file_(file) {
     out_.reserve(kFlushAt + kFlushAt / 4);
   }
 
@@ -95,7 +102,7 @@ class ExportWalk {
 
   void PrintRecord(const KindSpec& kind, const RecordSpan& span) {
     if (ws_.exportDepth > 0) out_.append(kBlanksPerDepth * static_cast<std::size_t>(ws_.exportDepth), ' ');
-    out_ += FormatRecord(kind, ws_.Body(span), span, context_, asText_);
+    formatter_.Append(out_, kind, ws_.Body(span), span, asText_);
     out_ += "\r\n";
     if (out_.size() >= kFlushAt) Flush();
     if (++printed_ % kProgressEvery == 0) Report(progress_, printed_, tree_.size());
@@ -108,6 +115,7 @@ class ExportWalk {
   bool asText_;
   Progress* progress_;
   FormatContext context_;
+  RecordFormatter formatter_;  // after context_, which it reads
   BufferedFileWriter& file_;
   std::string out_;
   std::size_t printed_ = 0;
@@ -138,7 +146,7 @@ Result<std::optional<ExportDone>> PressExport(Workspace& ws, const ExportPanel& 
   // Opened (and truncated) before the walk. A file that cannot be written still
   // gets the walk, which moves the export depth, and then the write's failure,
   // as when the whole text was written at the end.
-  BufferedFileWriter file(path, BufferedFileWriter::Mode::Truncating);
+  BufferedFileWriter file(path, BufferedFileWriter::Mode::Truncating, kFlushAt);
   ExportWalk walk(ws, asText, progress, file);
   std::optional<Failure> fault;
   try {

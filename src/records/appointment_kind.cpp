@@ -20,14 +20,14 @@ constexpr std::array<MemberSpec, 6> kMembers = {{
     {"AppointmentNotes", "Notes", true, FieldRoute::PairedRaw, 4, 131},
 }};
 
-std::string MinutesText(const FieldList& fields, int code, double timeZoneHours) {
+void SetMinutes(MemberValues& m, std::size_t member, const FieldList& fields, int code, double timeZoneHours) {
   const std::int32_t minutes = LittleEndianNumber(ClippedSub(fields.Find(code), 0, 4));
-  return RecordDateText(minutes, kMinutesPerDay, timeZoneHours);
+  m.Set(member, [&](std::string& text) { AppendRecordDate(text, minutes, kMinutesPerDay, timeZoneHours); });
 }
 
-void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberList& m) {
-  m[MemberIndex(kMembers, "Start")].value = MinutesText(fields, 6, context.timeZoneHours);
-  m[MemberIndex(kMembers, "End")].value = MinutesText(fields, 7, context.timeZoneHours);
+void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberValues& m) {
+  SetMinutes(m, MemberIndex(kMembers, "Start"), fields, 6, context.timeZoneHours);
+  SetMinutes(m, MemberIndex(kMembers, "End"), fields, 7, context.timeZoneHours);
 }
 
 RecordLabel Label(ByteView, const FieldList& fields) { return {RouteText(fields, kMembers[0], false)}; }

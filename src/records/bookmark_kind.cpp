@@ -16,7 +16,7 @@ constexpr std::string_view kUrlMarker = "001200";
 // The text behind a marker is searched in the record's hex text, at any digit
 // position (a hit may straddle two bytes). A missing marker runs the same
 // arithmetic from position 0.
-std::string TextBehind(std::string_view hex, std::string_view marker, bool keepLineBreaks) {
+void AppendTextBehind(std::string& out, std::string_view hex, std::string_view marker, bool keepLineBreaks) {
   const auto found = hex.find(marker);
   const std::size_t p = found == std::string_view::npos ? 0 : found + 1;  // 1-based, 0 when absent
   auto mid = [&](std::size_t start, std::size_t length) -> std::string_view {
@@ -24,17 +24,24 @@ std::string TextBehind(std::string_view hex, std::string_view marker, bool keepL
     return hex.substr(start - 1, length);
   };
   const std::int32_t length = HexToLong(mid(p + 6, 2));
-  return CleanControlChars(HexToText(mid(p + 8, 2 * static_cast<std::size_t>(length))), keepLineBreaks);
+  out += CleanControlChars(HexToText(mid(p + 8, 2 * static_cast<std::size_t>(length))), keepLineBreaks);
 }
 
-void Finish(ByteView body, const FieldList&, const DecodeContext&, MemberList& m) {
+void Finish(ByteView body, const FieldList&, const DecodeContext&, MemberValues& m) {
   const std::string hex = BytesToHex(body);
-  for (auto [member, marker] : {std::pair{MemberIndex(kMembers, "BookmarkName"), kNameMarker},
-                                std::pair{MemberIndex(kMembers, "BookmarkUrl"), kUrlMarker}})
-    m[member].value = TextBehind(hex, marker, kMembers[member].keepLineBreaks);
+  for (const auto& [member, marker] : {std::pair{MemberIndex(kMembers, "BookmarkName"), kNameMarker},
+                                       std::pair{MemberIndex(kMembers, "BookmarkUrl"), kUrlMarker}}) {
+    const bool keepLineBreaks = kMembers[member].keepLineBreaks;
+    const std::string_view behind = marker;  // a lambda below reads it: no structured binding
+    m.Set(member, [&](std::string& text) { AppendTextBehind(text, hex, behind, keepLineBreaks); });
+  }
 }
 
-RecordLabel Label(ByteView body, const FieldList&) { return {TextBehind(BytesToHex(body), kNameMarker, false)}; }
+RecordLabel Label(ByteView body, const FieldList&) {
+  RecordLabel label;
+  AppendTextBehind(label.text, BytesToHex(body), kNameMarker, false);
+  return label;
+}
 
 // The URL, not the name, decides whether a bookmark is written.
 constexpr auto kIdentity = MemberIndices(kMembers, {"BookmarkUrl"});

@@ -1,3 +1,5 @@
+#include <charconv>
+
 #include "records/decoders.h"
 #include "records/field_text.h"
 #include "records/record_date.h"
@@ -19,33 +21,45 @@ constexpr std::array<MemberSpec, 6> kMembers = {{
 
 constexpr std::array<std::string_view, 3> kDirectionWords = {"Received Call", "Placed Call", "Missed Call"};
 
-std::string DurationText(std::int32_t seconds) {
-  // Both parts truncate toward zero, so a negative count gives "-1:-5".
-  return std::to_string(seconds / 60) + ":" + std::to_string(seconds % 60);
+void AppendDecimal(std::string& out, std::int32_t n) {
+  char digits[16];
+  const auto end = std::to_chars(digits, digits + sizeof digits, n).ptr;
+  out.append(digits, end);
 }
 
-std::string StatusText(std::int32_t status) {
+void AppendDuration(std::string& out, std::int32_t seconds) {
+  // Both parts truncate toward zero, so a negative count gives "-1:-5".
+  AppendDecimal(out, seconds / 60);
+  out += ':';
+  AppendDecimal(out, seconds % 60);
+}
+
+std::string_view StatusText(std::int32_t status) {
   if (status == 0) return {};
   return status == 1 ? "Busy" : "Error: Call Failed";
 }
 
-void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberList& m) {
+void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberValues& m) {
   const std::int32_t direction = LittleEndianNumber(fields.Find(kDirection));
   if (direction >= 0 && direction < 3)
-    m[MemberIndex(kMembers, "CallDirection")].value = std::string(kDirectionWords[static_cast<std::size_t>(direction)]);
-  m[MemberIndex(kMembers, "CallDate")].value =
-      RecordDateText(LittleEndianStamp(fields.Find(kDate), kDateWidth), kMillisecondsPerDay, context.timeZoneHours);
+    m.Set(MemberIndex(kMembers, "CallDirection"), kDirectionWords[static_cast<std::size_t>(direction)]);
+  m.Set(MemberIndex(kMembers, "CallDate"), [&](std::string& text) {
+    AppendRecordDate(text, LittleEndianStamp(fields.Find(kDate), kDateWidth), kMillisecondsPerDay,
+                     context.timeZoneHours);
+  });
   // The two 8-bit routes of the name are not cleaned, unlike the number; kept so.
-  std::string& name = m[MemberIndex(kMembers, "CallName")].value;
-  const ByteView wide = fields.Find(kWideName);
-  if (!wide.empty())
-    name = Utf16AfterLeadText(wide, false);
-  else if (const ByteView plain = fields.Find(kName); !plain.empty())
-    name = PlainText(plain);
-  else
-    name = PlainText(fields.Find(kNumber));
-  m[MemberIndex(kMembers, "CallDuration")].value = DurationText(LittleEndianNumber(fields.Find(kDuration)));
-  m[MemberIndex(kMembers, "CallStatus")].value = StatusText(LittleEndianNumber(fields.Find(kStatus)));
+  m.Set(MemberIndex(kMembers, "CallName"), [&](std::string& text) {
+    const ByteView wide = fields.Find(kWideName);
+    if (!wide.empty())
+      AppendUtf16AfterLead(text, wide, false);
+    else if (const ByteView plain = fields.Find(kName); !plain.empty())
+      AppendPlain(text, plain);
+    else
+      AppendPlain(text, fields.Find(kNumber));
+  });
+  m.Set(MemberIndex(kMembers, "CallDuration"),
+        [&](std::string& text) { AppendDuration(text, LittleEndianNumber(fields.Find(kDuration))); });
+  m.Set(MemberIndex(kMembers, "CallStatus"), StatusText(LittleEndianNumber(fields.Find(kStatus))));
 }
 
 // The node image follows the direction: received, placed, anything else missed.
@@ -55,12 +69,13 @@ ImageKey DirectionImage(const FieldList& fields) {
 }
 
 std::string LabelText(const FieldList& fields) {
+  std::string text;
   if (fields.Has(kWideName)) {
-    std::string name = Utf16AfterLeadText(fields.Find(kWideName), false);
-    if (!name.empty()) return name;
+    AppendUtf16AfterLead(text, fields.Find(kWideName), false);
+    if (!text.empty()) return text;
   }
   for (int code : {kName, kNumber}) {
-    std::string text = CleanText(fields.Find(code), false);
+    AppendClean(text, fields.Find(code), false);
     if (!text.empty()) return text;
   }
   return "Unknown Number";

@@ -53,28 +53,37 @@ constexpr std::array<MemberSpec, 35> kMembers = {{
 
 bool IsJpeg(ByteView data) { return data.size() >= 3 && data[0] == 0xFF && data[1] == 0xD8 && data[2] == 0xFF; }
 
-void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberList& m) {
+static_assert(kMembers.size() <= MemberValues::kMostMembers);
+
+void Finish(ByteView, const FieldList& fields, const DecodeContext& context, MemberValues& m) {
   constexpr std::size_t kFirst = MemberIndex(kMembers, "FirstName");
   constexpr std::size_t kLast = MemberIndex(kMembers, "LastName");
   // The names take the UTF-16 form when its code holds data.
-  if (!fields.Find(kWideFirstName).empty()) {
-    m[kFirst].value = Utf16AfterLeadText(fields.Find(kWideFirstName), false);
-    m[kLast].value = Utf16AfterLeadText(fields.FindFollowing(kWideFirstName), false);
+  if (const ByteView wide = fields.Find(kWideFirstName); !wide.empty()) {
+    m.Set(kFirst, [&](std::string& text) { AppendUtf16AfterLead(text, wide, false); });
+    m.Set(kLast, [&](std::string& text) { AppendUtf16AfterLead(text, fields.FindFollowing(kWideFirstName), false); });
   } else {
-    m[kFirst].value = CleanText(fields.Find(kFirstName), false);
-    m[kLast].value = CleanText(fields.FindFollowing(kFirstName), false);
+    m.Set(kFirst, [&](std::string& text) { AppendClean(text, fields.Find(kFirstName), false); });
+    m.Set(kLast, [&](std::string& text) { AppendClean(text, fields.FindFollowing(kFirstName), false); });
   }
   const ByteView photo = fields.Find(kPhoto);
   if (IsJpeg(photo) && context.pictures && *context.pictures)
-    m[MemberIndex(kMembers, "PhotoFile")].value = (*context.pictures)(photo, context.pictureNumber);
+    m.Set(MemberIndex(kMembers, "PhotoFile"), (*context.pictures)(photo, context.pictureNumber));
 }
 
 RecordLabel Label(ByteView, const FieldList& fields) {
+  RecordLabel label;
   const ByteView wide = fields.Find(kWideFirstName);
   // The label reads the UTF-16 name the 8-bit way: Latin names lose their zero
   // bytes and still read right.
-  if (!wide.empty()) return {CleanText(ClippedSub(wide, 1, wide.size()), false)};
-  return {CleanText(fields.Find(kFirstName), false) + " " + CleanText(fields.FindFollowing(kFirstName), false)};
+  if (!wide.empty()) {
+    AppendClean(label.text, ClippedSub(wide, 1, wide.size()), false);
+  } else {
+    AppendClean(label.text, fields.Find(kFirstName), false);
+    label.text += ' ';
+    AppendClean(label.text, fields.FindFollowing(kFirstName), false);
+  }
+  return label;
 }
 
 // PIN comes before Other, and home before work, in the export.

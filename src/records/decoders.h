@@ -15,7 +15,7 @@ struct RecordDecoder {
   FieldList (*fields)(ByteView body);
   // Fills the Computed members; the routed ones are already set. Null when the
   // routes fill everything.
-  void (*finish)(ByteView body, const FieldList& fields, const DecodeContext& context, MemberList& members);
+  void (*finish)(ByteView body, const FieldList& fields, const DecodeContext& context, MemberValues& members);
   // The node text; the image stays None where the kind's image applies.
   RecordLabel (*label)(ByteView body, const FieldList& fields);
 };

@@ -2,8 +2,37 @@
 
 namespace orchidlamp {
 
-FieldList::Located FieldList::Locate(int type) const {
+FieldList::FieldList(ByteView bytes) : bytes_(bytes) {
   std::size_t p = 0;
+  while (bytes_.size() - p >= 3) {
+    if (kept_ == kKept) {
+      walkOn_ = p;
+      return;
+    }
+    const std::uint8_t type = bytes_[p + 2];
+    present_[type >> 6] |= std::uint64_t{1} << (type & 63);
+    types_[kept_] = type;
+    starts_[kept_++] = static_cast<std::uint32_t>(p);
+    const std::size_t next = p + 3 + ReadLE16(bytes_, p);
+    if (next >= bytes_.size()) break;
+    p = next;
+  }
+}
+
+FieldList::Located FieldList::At(std::size_t start) const {
+  const std::size_t length = ReadLE16(bytes_, start);
+  return {ClippedSub(bytes_, start + 3, length), start + 3 + length, true};
+}
+
+FieldList::Located FieldList::Locate(int type) const {
+  if (type < 0 || type > 255) return {};  // a type byte never matches
+  if (present_[static_cast<std::size_t>(type) >> 6] >> (type & 63) & 1) {
+    std::size_t i = 0;
+    while (types_[i] != type) ++i;  // the bit says one is there
+    return At(starts_[i]);
+  }
+  if (walkOn_ == kWalkEnded) return {};
+  std::size_t p = walkOn_;
   while (bytes_.size() - p >= 3) {
     const std::size_t length = ReadLE16(bytes_, p);
     const std::size_t next = p + 3 + length;

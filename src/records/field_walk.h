@@ -5,6 +5,7 @@
 // works on the record's bytes and gives exactly what FindField gives on its hex
 // text: the first field of a type, data clipped to what the list holds.
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -12,10 +13,14 @@
 
 namespace orchidlamp {
 
+// The list is walked once, when it is made: the types and starts of its first
+// fields are kept, with a bit per type present, so a look-up of an absent type
+// costs one step and a present one a scan of a few bytes instead of a walk. A
+// longer list is walked on from the last kept field.
 class FieldList {
  public:
   FieldList() = default;
-  explicit FieldList(ByteView bytes) : bytes_(bytes) {}
+  explicit FieldList(ByteView bytes);
 
   // The data of the first field of the type; empty when there is none.
   ByteView Find(int type) const { return Locate(type).data; }
@@ -32,9 +37,18 @@ class FieldList {
     std::size_t next = 0;  // offset of the field after it
     bool found = false;
   };
+  static constexpr std::size_t kKept = 16;
+  static constexpr std::size_t kWalkEnded = static_cast<std::size_t>(-1);
+
   Located Locate(int type) const;
+  Located At(std::size_t start) const;
 
   ByteView bytes_;
+  std::size_t kept_ = 0;
+  std::size_t walkOn_ = kWalkEnded;  // where the walk goes on past the kept fields
+  std::array<std::uint64_t, 4> present_{};  // bit t: a kept field has type t
+  std::array<std::uint8_t, kKept> types_{};
+  std::array<std::uint32_t, kKept> starts_{};
 };
 
 // The field list of an ordinary record: from body byte 6 (after handle and uid).

@@ -1,7 +1,7 @@
 #include "records/record_date.h"
 
+#include <array>
 #include <cmath>
-#include <cstdio>
 
 namespace orchidlamp {
 namespace {
@@ -26,12 +26,28 @@ constexpr double kFixedHours = 0.125;          // three hours, part of every dat
 constexpr double kFirstSecond = -657434.0 * kDay;   // 0100-01-01 00:00:00
 constexpr double kLastSecond = 2958466.0 * kDay - 1;  // 9999-12-31 23:59:59
 
+// "00" to "99", two characters each.
+constexpr std::array<char, 200> kTwoDigits = [] {
+  std::array<char, 200> digits{};
+  for (int i = 0; i < 100; ++i) {
+    digits[2 * i] = static_cast<char>('0' + i / 10);
+    digits[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return digits;
+}();
+
+// Writes a number below 100 as two digits.
+void PutTwo(char* to, long long n) {
+  to[0] = kTwoDigits[2 * static_cast<std::size_t>(n)];
+  to[1] = kTwoDigits[2 * static_cast<std::size_t>(n) + 1];
+}
+
 }  // namespace
 
-std::string RecordDateText(double count, double unitsPerDay, double timeZoneHours) {
+void AppendRecordDate(std::string& out, double count, double unitsPerDay, double timeZoneHours) {
   const double value = (kEpochDateValue + kFixedHours + timeZoneHours / 24.0) + count / unitsPerDay;
   const double seconds = std::floor(value * 86400.0 + 0.5);
-  if (!std::isfinite(seconds) || seconds < kFirstSecond || seconds > kLastSecond) return {};
+  if (!std::isfinite(seconds) || seconds < kFirstSecond || seconds > kLastSecond) return;
   const auto s = static_cast<long long>(seconds);
   long long day = s / kDay;
   long long timeOfDay = s % kDay;
@@ -40,13 +56,26 @@ std::string RecordDateText(double count, double unitsPerDay, double timeZoneHour
   unsigned month, dayOfMonth;
   // Date values count from 1899-12-30, which is 25569 days before 1970-01-01.
   CivilFromDays(day - 25569, year, month, dayOfMonth);
-  char text[64];
+  // "YYYY-MM-DD HH:MM:SS"; the range check keeps the year within 100 to 9999,
+  // always four digits.
+  char text[19] = {0, 0, 0, 0, '-', 0, 0, '-', 0, 0, ' ', 0, 0, ':', 0, 0, ':', 0, 0};
+  PutTwo(text, year / 100);
+  PutTwo(text + 2, year % 100);
+  PutTwo(text + 5, month);
+  PutTwo(text + 8, dayOfMonth);
   if (timeOfDay == 0) {
-    std::snprintf(text, sizeof text, "%04lld-%02u-%02u", year, month, dayOfMonth);
-  } else {
-    std::snprintf(text, sizeof text, "%04lld-%02u-%02u %02lld:%02lld:%02lld", year, month, dayOfMonth,
-                  timeOfDay / 3600, timeOfDay / 60 % 60, timeOfDay % 60);
+    out.append(text, 10);
+    return;
   }
+  PutTwo(text + 11, timeOfDay / 3600);
+  PutTwo(text + 14, timeOfDay / 60 % 60);
+  PutTwo(text + 17, timeOfDay % 60);
+  out.append(text, 19);
+}
+
+std::string RecordDateText(double count, double unitsPerDay, double timeZoneHours) {
+  std::string text;
+  AppendRecordDate(text, count, unitsPerDay, timeZoneHours);
   return text;
 }
 

@@ -12,5 +12,7 @@ inline constexpr double kMinutesPerDay = 1440.0;
 // the date falls outside the years 100 to 9999. Every date carries a fixed three
 // hours on top of the time-zone hours, deliberately: it is what users see.
 std::string RecordDateText(double count, double unitsPerDay, double timeZoneHours);
+// The same text appended to `out`.
+void AppendRecordDate(std::string& out, double count, double unitsPerDay, double timeZoneHours);
 
 }  // namespace orchidlamp

@@ -25,12 +25,23 @@ constexpr std::array<KindSpec, kKindCount> kKinds = {{
 
 const KindSpec& SpecOf(Kind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
 
-MemberList DecodeRecord(const KindSpec& kind, ByteView body, const DecodeContext& context) {
+void DecodeRecordInto(const KindSpec& kind, ByteView body, const DecodeContext& context, MemberValues& values) {
   const FieldList fields = kind.decoder->fields(body);
+  const std::span<const MemberSpec> members = kind.form->members;
+  values.Reset(members.size());
+  for (std::size_t i = 0; i < members.size(); ++i)
+    if (members[i].route != FieldRoute::Computed)
+      values.Set(i, [&](std::string& text) { AppendRoute(text, fields, members[i], members[i].keepLineBreaks); });
+  if (kind.decoder->finish) kind.decoder->finish(body, fields, context, values);
+}
+
+MemberList DecodeRecord(const KindSpec& kind, ByteView body, const DecodeContext& context) {
+  MemberValues values;
+  DecodeRecordInto(kind, body, context, values);
   MemberList members;
-  members.reserve(kind.form->members.size());
-  for (const MemberSpec& spec : kind.form->members) members.push_back({spec.name, RouteText(fields, spec)});
-  if (kind.decoder->finish) kind.decoder->finish(body, fields, context, members);
+  members.reserve(values.size());
+  for (std::size_t i = 0; i < values.size(); ++i)
+    members.push_back({kind.form->members[i].name, std::string(values[i])});
   return members;
 }
 

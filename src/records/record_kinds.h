@@ -8,7 +8,9 @@
 // Kind and database name (core/kinds.h), its row in record_kinds.cpp and a kind
 // file.
 
+#include <algorithm>
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -60,6 +62,43 @@ struct Member {
   std::string value;
 };
 using MemberList = std::vector<Member>;
+
+// A record's member values side by side in one text, kept from record to record:
+// once it has grown, decoding another record allocates nothing.
+class MemberValues {
+ public:
+  static constexpr std::size_t kMostMembers = 40;
+
+  // Every member empty.
+  void Reset(std::size_t count) {
+    text_.clear();
+    count_ = count;
+    std::fill_n(spans_.begin(), count, Span{});
+  }
+  std::size_t size() const { return count_; }
+  std::string_view operator[](std::size_t i) const {
+    return {text_.data() + spans_[i].start, spans_[i].length};
+  }
+  // Member i becomes what `append` appends to the text it is given.
+  template <typename Append>
+    requires std::invocable<Append, std::string&>
+  void Set(std::size_t i, Append&& append) {
+    const std::size_t start = text_.size();
+    append(text_);
+    spans_[i] = {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(text_.size() - start)};
+  }
+  void Set(std::size_t i, std::string_view value) {
+    Set(i, [value](std::string& text) { text += value; });
+  }
+
+ private:
+  struct Span {
+    std::uint32_t start = 0, length = 0;
+  };
+  std::string text_;
+  std::size_t count_ = 0;
+  std::array<Span, kMostMembers> spans_{};
+};
 
 // The index of a member by name, for the kind files' own code and tables; a
 // name that is no member fails to compile.
@@ -156,6 +195,8 @@ const KindSpec& SpecOf(Kind kind);
 // The record's members as its kind reads them. The service book has none: its
 // panel is the boxes of records/service_book_panel.h.
 MemberList DecodeRecord(const KindSpec& kind, ByteView body, const DecodeContext& context);
+// The same values into `values`, which may be reused from record to record.
+void DecodeRecordInto(const KindSpec& kind, ByteView body, const DecodeContext& context, MemberValues& values);
 RecordLabel LabelRecord(const KindSpec& kind, ByteView body);
 
 // The labeller the loaders use.

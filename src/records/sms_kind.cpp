@@ -1,4 +1,3 @@
-#include "core/hex_text.h"
 #include "records/decoders.h"
 #include "records/field_text.h"
 #include "records/record_date.h"
@@ -25,25 +24,29 @@ constexpr std::array<MemberSpec, 6> kMembers = {{
 FieldList SmsFields(ByteView body) { return FieldList(ClippedSub(body, kFieldListStart, body.size())); }
 
 
-std::string StampText(ByteView body, std::size_t at, double timeZoneHours) {
+void SetStamp(MemberValues& m, std::size_t member, ByteView body, std::size_t at, double timeZoneHours) {
   const ByteView stamp = ClippedSub(body, at, kStampWidth);
-  return RecordDateText(LittleEndianStamp(stamp, kStampWidth), kMillisecondsPerDay, timeZoneHours);
+  m.Set(member, [&](std::string& text) {
+    AppendRecordDate(text, LittleEndianStamp(stamp, kStampWidth), kMillisecondsPerDay, timeZoneHours);
+  });
 }
 
-void Finish(ByteView body, const FieldList& fields, const DecodeContext& context, MemberList& m) {
+void Finish(ByteView body, const FieldList& fields, const DecodeContext& context, MemberValues& m) {
   const bool sent = SmsIsSent(body);
-  m[MemberIndex(kMembers, "Status")].value = sent ? "Sent" : "Received";
-  m[MemberIndex(kMembers, "Folder")].value = sent ? "Outbox" : "Inbox";
-  m[MemberIndex(kMembers, "SentDate")].value = StampText(body, kFirstStamp, context.timeZoneHours);
-  m[MemberIndex(kMembers, "ReceivedDate")].value = StampText(body, kSecondStamp, context.timeZoneHours);
+  m.Set(MemberIndex(kMembers, "Status"), sent ? "Sent" : "Received");
+  m.Set(MemberIndex(kMembers, "Folder"), sent ? "Outbox" : "Inbox");
+  SetStamp(m, MemberIndex(kMembers, "SentDate"), body, kFirstStamp, context.timeZoneHours);
+  SetStamp(m, MemberIndex(kMembers, "ReceivedDate"), body, kSecondStamp, context.timeZoneHours);
   constexpr std::size_t kMessage = MemberIndex(kMembers, "Message");
   const ByteView message = fields.Find(4);
   // Only a first byte of 06 (the Arabic block) marks UTF-16; Latin UTF-16 goes
   // the 8-bit way and loses its zero bytes, which still reads right.
-  if (!message.empty() && message[0] == 0x06)
-    m[kMessage].value = UnicodeBytesToText(message);
-  else
-    m[kMessage].value = CleanText(message, kMembers[kMessage].keepLineBreaks);
+  m.Set(kMessage, [&](std::string& text) {
+    if (!message.empty() && message[0] == 0x06)
+      AppendUtf16(text, message);
+    else
+      AppendClean(text, message, kMembers[kMessage].keepLineBreaks);
+  });
 }
 
 RecordLabel Label(ByteView body, const FieldList& fields) {

@@ -18,15 +18,15 @@ constexpr std::array<std::string_view, 3> kPriorityWords = {"High", "Normal", "L
 
 // The first data byte mapped through a word list; an absent field reads as 0.
 template <std::size_t N>
-std::string WordOf(const FieldList& fields, int code, const std::array<std::string_view, N>& words) {
+std::string_view WordOf(const FieldList& fields, int code, const std::array<std::string_view, N>& words) {
   const ByteView data = fields.Find(code);
   const std::size_t value = data.empty() ? 0 : data[0];
-  return value < N ? std::string(words[value]) : std::string();
+  return value < N ? words[value] : std::string_view();
 }
 
-void Finish(ByteView, const FieldList& fields, const DecodeContext&, MemberList& m) {
-  m[MemberIndex(kMembers, "TaskStatus")].value = WordOf(fields, 9, kStatusWords);
-  m[MemberIndex(kMembers, "Priority")].value = WordOf(fields, 10, kPriorityWords);
+void Finish(ByteView, const FieldList& fields, const DecodeContext&, MemberValues& m) {
+  m.Set(MemberIndex(kMembers, "TaskStatus"), WordOf(fields, 9, kStatusWords));
+  m.Set(MemberIndex(kMembers, "Priority"), WordOf(fields, 10, kPriorityWords));
 }
 
 RecordLabel Label(ByteView, const FieldList& fields) { return {RouteText(fields, kMembers[0], false)}; }
