@@ -41,6 +41,17 @@ std::optional<UtcDateTime> FromUnixMinutes(std::int64_t minutes) {
 }
 
 std::string ReadableText(const UtcDateTime& t) {
+  // Every message and call has one: digits by hand, as printf would give them.
+  const auto twoDigits = [](int v) { return v >= 0 && v <= 99; };
+  if (t.year >= 0 && t.year <= 9999 && twoDigits(t.month) && twoDigits(t.day) && twoDigits(t.hour) &&
+      twoDigits(t.minute) && twoDigits(t.second)) {
+    std::string text = "0000-00-00 00:00:00";
+    const auto put = [&text](std::size_t at, int value, int digits) {
+      for (int i = digits; i-- > 0; value /= 10) text[at + static_cast<std::size_t>(i)] = static_cast<char>('0' + value % 10);
+    };
+    put(0, t.year, 4), put(5, t.month, 2), put(8, t.day, 2), put(11, t.hour, 2), put(14, t.minute, 2), put(17, t.second, 2);
+    return text;
+  }
   char text[32];
   std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", t.year, t.month, t.day, t.hour, t.minute,
                 t.second);

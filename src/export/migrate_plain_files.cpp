@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <filesystem>
 
 #include "export/migrate_text_format.h"
 #include "export/migrate_writers.h"
@@ -28,37 +29,60 @@ std::string FileNamePart(std::string_view title) {
 
 }  // namespace
 
-std::vector<std::pair<std::string, std::string>> MemoFiles(const std::vector<MigratedMemo>& memos) {
-  std::vector<std::pair<std::string, std::string>> files;
-  files.reserve(memos.size());
-  for (std::size_t i = 0; i < memos.size(); ++i) {
-    char number[24];
-    std::snprintf(number, sizeof number, "%04zu", i + 1);
-    const std::string title = FileNamePart(memos[i].title);
-    files.emplace_back(std::string(number) + (title.empty() ? "" : " " + title) + ".txt", memos[i].text);
+MemoFolder::MemoFolder(std::string path, PrepareFolder prepare)
+    : path_(std::move(path)), prepare_(std::move(prepare)) {}
+
+void MemoFolder::Add(const MigratedMemo& memo) {
+  if (failure_) return;
+  if (count_ == 0) {
+    if (Status ready = prepare_(); !ready) {
+      failure_ = ready.failure();
+      return;
+    }
+    std::error_code error;
+    std::filesystem::remove_all(path_, error);
+    if (!std::filesystem::create_directory(path_, error) && error) {
+      failure_ = Fail("Cannot create folder " + path_ + ": " + error.message());
+      return;
+    }
   }
-  return files;
+  ++count_;
+  char number[24];
+  std::snprintf(number, sizeof number, "%04zu", count_);
+  const std::string title = FileNamePart(memo.title);
+  const std::string name = std::string(number) + (title.empty() ? "" : " " + title) + ".txt";
+  if (Status s = WriteTruncating(path_ + "/" + name, TextBytes(memo.text)); !s) failure_ = s.failure();
 }
 
-std::string BookmarksHtml(const std::vector<MigratedBookmark>& bookmarks) {
-  std::string out =
+Status MemoFolder::Finish() {
+  if (failure_) return *failure_;
+  return Ok();
+}
+
+void BookmarksFile::Head(BufferedFileWriter& out) {
+  out.Append(
       "<!DOCTYPE NETSCAPE-Bookmark-file-1>\n"
       "<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=UTF-8\">\n"
       "<TITLE>Bookmarks</TITLE>\n"
       "<H1>Bookmarks</H1>\n"
-      "<DL><p>\n";
-  for (const MigratedBookmark& b : bookmarks) {
-    out += "    <DT><A HREF=\"" + EscapeHtml(b.url) + "\">" + EscapeHtml(b.title.empty() ? b.url : b.title) +
-           "</A>\n";
-  }
-  out += "</DL><p>\n";
-  return out;
+      "<DL><p>\n");
 }
 
-std::string AutoTextCsv(const std::vector<MigratedAutoText>& entries) {
-  std::string out = "Replace,With\r\n";
-  for (const MigratedAutoText& e : entries) out += CsvField(e.replace) + "," + CsvField(e.with) + "\r\n";
-  return out;
+void BookmarksFile::Add(const MigratedBookmark& b) {
+  BufferedFileWriter* out = Next();
+  if (!out) return;
+  out->Append("    <DT><A HREF=\"" + EscapeHtml(b.url) + "\">" + EscapeHtml(b.title.empty() ? b.url : b.title) +
+              "</A>\n");
+}
+
+void BookmarksFile::Tail(BufferedFileWriter& out) { out.Append("</DL><p>\n"); }
+
+void AutoTextFile::Head(BufferedFileWriter& out) { out.Append("Replace,With\r\n"); }
+
+void AutoTextFile::Add(const MigratedAutoText& e) {
+  BufferedFileWriter* out = Next();
+  if (!out) return;
+  out->Append(CsvField(e.replace) + "," + CsvField(e.with) + "\r\n");
 }
 
 }  // namespace orchidlamp

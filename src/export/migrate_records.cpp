@@ -99,6 +99,7 @@ bool ReadContact(ByteView body, bool nested, MigrationContext& context) {
   if (nested && !RecordFields(body).Has(10)) return false;
   const FieldList fields = nested ? NestedFields(body, 0) : RecordFields(body);
   if (!WellFormed(fields) || (nested && !WellFormed(RecordFields(body)))) return false;
+  if (!context.sink) return true;
   const CodePage& cp = context.codePage;
 
   MigratedContact c;
@@ -137,7 +138,7 @@ bool ReadContact(ByteView body, bool nested, MigrationContext& context) {
   const ByteView photo = fields.Find(kPhoto);
   if (photo.size() >= 3 && photo[0] == 0xFF && photo[1] == 0xD8 && photo[2] == 0xFF)
     c.photo.assign(photo.begin(), photo.end());
-  context.backup.contacts.push_back(std::move(c));
+  context.sink->Add(c);
   return true;
 }
 
@@ -148,9 +149,10 @@ bool ReadAppointment(ByteView body, bool nested, MigrationContext& context) {
   if (nested && RecordFields(body).Find(10).size() < kNestedSkip) return false;
   const FieldList fields = nested ? NestedFields(body, kNestedSkip) : RecordFields(body);
   if (!WellFormed(fields) || (nested && !WellFormed(RecordFields(body)))) return false;
+  if (!context.sink) return true;
   const CodePage& cp = context.codePage;
-  context.backup.events.push_back({*uid, Paired(fields, 130, 2, cp), Paired(fields, 132, 3, cp),
-                                   Paired(fields, 131, 4, cp), MinutesField(fields, 6), MinutesField(fields, 7)});
+  context.sink->Add(MigratedEvent{*uid, Paired(fields, 130, 2, cp), Paired(fields, 132, 3, cp),
+                                  Paired(fields, 131, 4, cp), MinutesField(fields, 6), MinutesField(fields, 7)});
   return true;
 }
 
@@ -198,10 +200,11 @@ bool MigrateTask(ByteView body, MigrationContext& context) {
   const auto uid = RecordUid(body);
   const FieldList fields = RecordFields(body);
   if (!uid || !WellFormed(fields)) return false;
+  if (!context.sink) return true;
   const CodePage& cp = context.codePage;
   constexpr int kStatus = 9, kPriority = 10, kDue = 5;
-  context.backup.tasks.push_back({*uid, Paired(fields, 130, 2, cp), Paired(fields, 131, 3, cp),
-                                  FirstByte(fields, kStatus), FirstByte(fields, kPriority), MinutesField(fields, kDue)});
+  context.sink->Add(MigratedTask{*uid, Paired(fields, 130, 2, cp), Paired(fields, 131, 3, cp),
+                                 FirstByte(fields, kStatus), FirstByte(fields, kPriority), MinutesField(fields, kDue)});
   return true;
 }
 
@@ -210,12 +213,13 @@ bool MigrateSms(ByteView body, MigrationContext& context) {
   if (body.size() < kFieldListStart) return false;
   const FieldList fields(body.subspan(kFieldListStart));
   if (!WellFormed(fields)) return false;
+  if (!context.sink) return true;
   MigratedSms sms;
   sms.sent = SmsIsSent(body);
   sms.milliseconds = StampAt(body, kFirstStamp, kStampWidth);
   sms.address = EightBitText(fields.Find(2), context.codePage);
   sms.body = SmsMessageText(fields.Find(4), fields.Find(7), context.codePage);
-  context.backup.messages.push_back(std::move(sms));
+  context.sink->Add(sms);
   return true;
 }
 
@@ -223,20 +227,22 @@ bool MigrateCall(ByteView body, MigrationContext& context) {
   constexpr int kDirection = 2, kDuration = 3, kDate = 4, kNumber = 12, kName = 31, kWideName = 159;
   const FieldList fields = RecordFields(body);
   if (body.size() < kFieldsAt || !WellFormed(fields)) return false;
+  if (!context.sink) return true;
   MigratedCall call;
   call.direction = LittleEndianNumber(fields.Find(kDirection));
   call.milliseconds = StampAt(fields.Find(kDate), 0, 8);
   call.seconds = LittleEndianNumber(fields.Find(kDuration));
   call.number = EightBitText(fields.Find(kNumber), context.codePage);
   call.name = Paired(fields, kWideName, kName, context.codePage);
-  context.backup.calls.push_back(std::move(call));
+  context.sink->Add(call);
   return true;
 }
 
 bool MigrateMemo(ByteView body, MigrationContext& context) {
   const FieldList fields = RecordFields(body);
   if (body.size() < kFieldsAt || !WellFormed(fields)) return false;
-  context.backup.memos.push_back({Paired(fields, 129, 1, context.codePage), Paired(fields, 130, 2, context.codePage)});
+  if (!context.sink) return true;
+  context.sink->Add(MigratedMemo{Paired(fields, 129, 1, context.codePage), Paired(fields, 130, 2, context.codePage)});
   return true;
 }
 
@@ -244,16 +250,18 @@ bool MigrateBookmark(ByteView body, MigrationContext& context) {
   if (body.size() < kFieldsAt) return false;
   const auto url = TextBehind(body, {0x00, 0x12, 0x00});
   if (!url || url->empty()) return false;
+  if (!context.sink) return true;
   const auto title = TextBehind(body, {0x04, 0x01, 0x00});
-  context.backup.bookmarks.push_back(
-      {title ? EightBitText(*title, context.codePage) : std::string(), EightBitText(*url, context.codePage)});
+  context.sink->Add(
+      MigratedBookmark{title ? EightBitText(*title, context.codePage) : std::string(), EightBitText(*url, context.codePage)});
   return true;
 }
 
 bool MigrateAutoText(ByteView body, MigrationContext& context) {
   const FieldList fields = RecordFields(body);
   if (body.size() < kFieldsAt || !WellFormed(fields)) return false;
-  context.backup.autoTexts.push_back({JoinedText(fields, 1, context.codePage), JoinedText(fields, 2, context.codePage)});
+  if (!context.sink) return true;
+  context.sink->Add(MigratedAutoText{JoinedText(fields, 1, context.codePage), JoinedText(fields, 2, context.codePage)});
   return true;
 }
 

@@ -95,10 +95,34 @@ void CodePage::Closer::operator()(void* handle) const { iconv_close(static_cast<
 Result<CodePage> CodePage::Open(const std::string& name) {
   const iconv_t handle = iconv_open("UTF-8", name.c_str());
   if (handle == reinterpret_cast<iconv_t>(-1)) return Fail("Unknown character set " + name);
-  return CodePage(handle);
+  CodePage page(handle);
+  // A single-byte code page converts any run of bytes as the bytes one by one;
+  // both byte orders of all 256 bytes show whether this one does.
+  std::vector<std::string> texts(256);
+  std::array<std::uint8_t, 256> all{};
+  std::string forward, backward;
+  for (std::size_t b = 0; b < 256; ++b) {
+    const std::uint8_t byte = static_cast<std::uint8_t>(b);
+    texts[b] = page.Convert(ByteView(&byte, 1));
+    if (texts[b].empty()) return page;
+    all[b] = byte;
+    forward += texts[b];
+  }
+  for (std::size_t b = 256; b-- > 0;) backward += texts[b];
+  const Bytes reversed(all.rbegin(), all.rend());
+  if (page.Convert(all) == forward && page.Convert(reversed) == backward) page.byteTexts_ = std::move(texts);
+  return page;
 }
 
 std::string CodePage::ToUtf8(ByteView bytes) const {
+  if (byteTexts_.empty()) return Convert(bytes);
+  std::string out;
+  out.reserve(bytes.size());
+  for (std::uint8_t b : bytes) out += byteTexts_[b];
+  return out;
+}
+
+std::string CodePage::Convert(ByteView bytes) const {
   const iconv_t cd = static_cast<iconv_t>(handle_.get());
   iconv(cd, nullptr, nullptr, nullptr, nullptr);
   std::string out;

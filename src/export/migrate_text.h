@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/bytes.h"
 #include "core/result.h"
@@ -32,7 +33,13 @@ class CodePage {
     void operator()(void* handle) const;
   };
   explicit CodePage(iconv_t handle) : handle_(handle) {}
+  std::string Convert(ByteView bytes) const;
+
   std::unique_ptr<void, Closer> handle_;
+  // Each byte's text, when the code page reads every byte on its own (no
+  // state, no multi-byte sequences): then a text is its bytes' texts joined,
+  // without a call into iconv. Empty for other code pages.
+  std::vector<std::string> byteTexts_;
 };
 
 // Control characters other than TAB, CR and LF (C0, DEL and C1) removed from
