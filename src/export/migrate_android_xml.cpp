@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <functional>
 
 #include "export/migrate_writers.h"
@@ -17,14 +18,22 @@ std::string NumberKey(std::string_view number) {
   return key;
 }
 
+// The bytes AppendEscaped replaces, looked up once per byte.
+constexpr std::array<bool, 256> kEscaped = [] {
+  std::array<bool, 256> escaped{};
+  for (unsigned char c : std::string_view("\n\r\t\"<>&")) escaped[c] = true;
+  return escaped;
+}();
+
 // An attribute value as libxml2 escapes it in a document declared UTF-8: the
 // markup characters and the three whitespace controls become references,
-// everything else stays as it is.
-// Like the writer, which takes C strings, a value ends at a NUL.
+// everything else stays as it is. Like the writer, which takes C strings, a
+// value ends at a NUL.
 void AppendEscaped(std::string& out, std::string_view value) {
   value = value.substr(0, value.find('\0'));
   std::size_t from = 0;
   for (std::size_t at = 0; at < value.size(); ++at) {
+    if (!kEscaped[static_cast<unsigned char>(value[at])]) continue;
     std::string_view entity;
     switch (value[at]) {
       case '\n': entity = "&#10;"; break;
@@ -33,8 +42,7 @@ void AppendEscaped(std::string& out, std::string_view value) {
       case '"': entity = "&quot;"; break;
       case '<': entity = "&lt;"; break;
       case '>': entity = "&gt;"; break;
-      case '&': entity = "&amp;"; break;
-      default: continue;
+      default: entity = "&amp;"; break;
     }
     out.append(value.substr(from, at - from));
     out.append(entity);

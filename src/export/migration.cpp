@@ -4,9 +4,8 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <map>
 #include <memory>
-#include <unordered_map>
+#include <vector>
 
 #include "core/file_io.h"
 #include "core/kinds.h"
@@ -161,6 +160,33 @@ struct Database {
   const MigrateDatabaseRow* row;
 };
 
+// The database each unique ID of a twin family was first read from. Sized once
+// for the family's records, so it never grows while they are read.
+class FirstOwners {
+ public:
+  explicit FirstOwners(std::size_t records) {
+    std::size_t size = 16;
+    while (size < 2 * records) size *= 2;
+    slots_.resize(size);
+  }
+  // The database the ID was first seen in; `db` when this is its first time.
+  NodeId Owner(std::uint32_t uid, NodeId db) {
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t at = (uid * std::uint64_t{0x9E3779B97F4A7C15}) >> 32 & mask;; at = (at + 1) & mask) {
+      Slot& slot = slots_[at];
+      if (slot.db == kNoNode) slot = {uid, db};
+      if (slot.uid == uid) return slot.db;
+    }
+  }
+
+ private:
+  struct Slot {
+    std::uint32_t uid = 0;
+    NodeId db = kNoNode;  // kNoNode: empty
+  };
+  std::vector<Slot> slots_;
+};
+
 // The walk over the chosen databases' records, kind by kind.
 class RecordWalk {
  public:
@@ -205,7 +231,12 @@ class RecordWalk {
   template <class Fn>
   void Visit(MigrateKind kind, bool reading, Fn&& visit) {
     const DatabaseTree& tree = ws_.tree();
-    std::map<Twins, std::unordered_map<std::uint32_t, NodeId>> seen;
+    std::size_t twins = 0;
+    for (const Database& database : databases_)
+      if (database.row->kind == kind && database.row->twins != Twins::None)
+        twins += static_cast<std::size_t>(tree[database.node].childCount);
+    // One family per kind: the table's twins never mix kinds.
+    FirstOwners seen(twins);
     for (const Database& database : databases_) {
       if (database.row->kind != kind) continue;
       const NodeId db = database.node;
@@ -219,10 +250,7 @@ class RecordWalk {
         if (!node.tag) return;
         const ByteView body = ws_.Body(*node.tag);
         if (row.twins != Twins::None) {
-          if (const auto uid = RecordUid(body)) {
-            const auto [at, fresh] = seen[row.twins].emplace(*uid, db);
-            if (!fresh && at->second != db) return;
-          }
+          if (const auto uid = RecordUid(body); uid && seen.Owner(*uid, db) != db) return;
         }
         visit(row, body);
       });
