@@ -1,4 +1,9 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 #include "export/migrate_text_format.h"
@@ -32,6 +37,10 @@ std::string FileNamePart(std::string_view title) {
 MemoFolder::MemoFolder(std::string path, PrepareFolder prepare)
     : path_(std::move(path)), prepare_(std::move(prepare)) {}
 
+MemoFolder::~MemoFolder() {
+  if (folder_ >= 0) ::close(folder_);
+}
+
 void MemoFolder::Add(const MigratedMemo& memo) {
   if (failure_) return;
   if (count_ == 0) {
@@ -45,13 +54,36 @@ void MemoFolder::Add(const MigratedMemo& memo) {
       failure_ = Fail("Cannot create folder " + path_ + ": " + error.message());
       return;
     }
+    folder_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder_ < 0) {
+      failure_ = Fail("Cannot write " + path_ + ": " + std::strerror(errno));
+      return;
+    }
   }
   ++count_;
   char number[24];
   std::snprintf(number, sizeof number, "%04zu", count_);
   const std::string title = FileNamePart(memo.title);
-  const std::string name = std::string(number) + (title.empty() ? "" : " " + title) + ".txt";
-  if (Status s = WriteTruncating(path_ + "/" + name, TextBytes(memo.text)); !s) failure_ = s.failure();
+  Write(std::string(number) + (title.empty() ? "" : " " + title) + ".txt", memo.text);
+}
+
+// The folder is this run's own and every name in it is new (the numbers differ),
+// so a memo is created outright: no folder of its name can stand in the way.
+void MemoFolder::Write(const std::string& name, std::string_view text) {
+  const auto fail = [&] { failure_ = Fail("Cannot write " + path_ + "/" + name + ": " + std::strerror(errno)); };
+  const int fd = ::openat(folder_, name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0) return fail();
+  for (std::size_t done = 0; done < text.size();) {
+    const ssize_t n = ::write(fd, text.data() + done, text.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) {
+      fail();
+      ::close(fd);
+      return;
+    }
+    done += static_cast<std::size_t>(n);
+  }
+  if (::close(fd) != 0) fail();
 }
 
 Status MemoFolder::Finish() {

@@ -118,7 +118,13 @@ std::string CodePage::ToUtf8(ByteView bytes) const {
   if (byteTexts_.empty()) return Convert(bytes);
   std::string out;
   out.reserve(bytes.size());
-  for (std::uint8_t b : bytes) out += byteTexts_[b];
+  for (std::uint8_t b : bytes) {
+    const std::string& text = byteTexts_[b];
+    if (text.size() == 1)
+      out += text[0];
+    else
+      out += text;
+  }
   return out;
 }
 
@@ -154,6 +160,12 @@ std::string DropControls(std::string_view utf8) {
   std::string out;
   out.reserve(utf8.size());
   for (std::size_t at = 0; at < b.size();) {
+    // Most text is ASCII: a byte below 0x80 is its own character.
+    if (b[at] < 0x80) {
+      if (!IsDroppedControl(b[at])) out += static_cast<char>(b[at]);
+      ++at;
+      continue;
+    }
     char32_t c;
     std::size_t length = Utf8Sequence(b, at, c);
     if (length == 0) {

@@ -162,12 +162,18 @@ class CallsXmlFile final : public XmlFile {
 class MemoFolder final : public MigrationOutput {
  public:
   MemoFolder(std::string path, PrepareFolder prepare);
+  ~MemoFolder() override;
+  MemoFolder(const MemoFolder&) = delete;
+  MemoFolder& operator=(const MemoFolder&) = delete;
   void Add(const MigratedMemo& memo) override;
   Status Finish() override;
 
  private:
+  void Write(const std::string& name, std::string_view text);
+
   std::string path_;
   PrepareFolder prepare_;
+  int folder_ = -1;  // the folder, open, so that each memo is created by its name alone
   std::optional<Failure> failure_;
 };
 
