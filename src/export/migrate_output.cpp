@@ -6,7 +6,7 @@ namespace orchidlamp {
 namespace {
 
 // Large enough that writes are few, small beside the backup held in memory.
-constexpr std::size_t kFileBuffer = std::size_t{1} << 20;
+constexpr std::size_t kFileBuffer = std::size_t{256} << 10;
 
 }  // namespace
 

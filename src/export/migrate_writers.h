@@ -80,10 +80,10 @@ class ICalendarFile final : public MigrationFile {
  private:
   void Head(BufferedFileWriter& out) override;
   void Tail(BufferedFileWriter& out) override;
-  void Component(void* component);
 
-  std::optional<UtcDateTime> stamp_;
+  std::string stamp_;      // the DTSTAMP line, empty when the clock has no date
   std::string tail_;
+  std::string component_;  // reused from component to component
 };
 
 // Contact names by phone number, for the XML files' contact_name.
