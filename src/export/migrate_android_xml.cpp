@@ -141,19 +141,14 @@ void XmlFile::ReadableDate() {
 void MessagesXmlFile::Add(const MigratedSms& m) {
   BufferedFileWriter* out = Next();
   if (!out) return;
+  // Runs of fixed attributes go in whole.
   Start("sms");
-  Attribute("protocol", "0");
+  Fixed(R"( protocol="0")");
   Attribute("address", m.address);
   Stamp(m.milliseconds, "date");
-  Attribute("type", m.sent ? "2" : "1");
-  Attribute("subject", "null");
+  Fixed(m.sent ? R"( type="2" subject="null")" : R"( type="1" subject="null")");
   Attribute("body", m.body);
-  Attribute("toa", "null");
-  Attribute("sc_toa", "null");
-  Attribute("service_center", "null");
-  Attribute("read", "1");
-  Attribute("status", "-1");
-  Attribute("locked", "0");
+  Fixed(R"( toa="null" sc_toa="null" service_center="null" read="1" status="-1" locked="0")");
   Stamp(m.milliseconds, "date_sent");
   ReadableDate();
   Attribute("contact_name", names_.NameOf(m.address));

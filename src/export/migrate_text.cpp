@@ -39,7 +39,7 @@ char32_t GsmExtension(std::uint8_t b) {
 }
 
 // Controls, and the two non-characters that no XML file may hold.
-bool IsDroppedControl(char32_t c) {
+constexpr bool IsDroppedControl(char32_t c) {
   if (c == U'\t' || c == U'\r' || c == U'\n') return false;
   return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0xFFFE || c == 0xFFFF;
 }
@@ -218,16 +218,42 @@ std::string EightBitText(ByteView bytes, const CodePage& codePage) {
 }
 
 std::string GsmText(ByteView septets) {
+  // Each default character's UTF-8, or nothing for a dropped control: most
+  // messages are in this alphabet, a byte a character.
+  struct Utf8 {
+    char bytes[3];
+    std::uint8_t size;
+  };
+  static constexpr std::array<Utf8, 128> kDefaultUtf8 = [] {
+    std::array<Utf8, 128> table{};
+    for (std::size_t b = 0; b < 128; ++b) {
+      const char32_t c = kGsmDefault[b];
+      Utf8& u = table[b];
+      if (IsDroppedControl(c)) continue;
+      if (c < 0x80) {
+        u = {{static_cast<char>(c)}, 1};
+      } else if (c < 0x800) {
+        u = {{static_cast<char>(0xC0 | (c >> 6)), static_cast<char>(0x80 | (c & 0x3F))}, 2};
+      } else {
+        u = {{static_cast<char>(0xE0 | (c >> 12)), static_cast<char>(0x80 | ((c >> 6) & 0x3F)),
+              static_cast<char>(0x80 | (c & 0x3F))},
+             3};
+      }
+    }
+    return table;
+  }();
   std::string out;
+  out.reserve(septets.size());
   for (std::size_t at = 0; at < septets.size(); ++at) {
     const std::uint8_t b = septets[at] & 0x7F;
-    char32_t c = kGsmDefault[b];
-    if (b == 0x1B) {
-      if (at + 1 >= septets.size()) break;  // a cut escape stands for nothing
-      const std::uint8_t next = septets[++at] & 0x7F;
-      c = GsmExtension(next);
-      if (c == 0) c = next == 0x1B ? U' ' : kGsmDefault[next];
+    if (b != 0x1B) {
+      out.append(kDefaultUtf8[b].bytes, kDefaultUtf8[b].size);
+      continue;
     }
+    if (at + 1 >= septets.size()) break;  // a cut escape stands for nothing
+    const std::uint8_t next = septets[++at] & 0x7F;
+    char32_t c = GsmExtension(next);
+    if (c == 0) c = next == 0x1B ? U' ' : kGsmDefault[next];
     if (!IsDroppedControl(c)) AppendUtf8(out, c);
   }
   return out;

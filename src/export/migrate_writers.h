@@ -125,6 +125,8 @@ class XmlFile : public MigrationFile {
  protected:
   void Start(const char* name);
   void Attribute(const char* name, std::string_view value);
+  // Attributes written out already, with nothing to escape.
+  void Fixed(std::string_view attributes) { element_ += attributes; }
   void End(BufferedFileWriter& out);
   // date and readable_date of a stamp; a stamp that is missing or outside the
   // years 100 to 9999 gives date "0" and no readable date.

@@ -112,7 +112,6 @@ class RunFolder {
   RunFolder(const RunFolder&) = delete;
   RunFolder& operator=(const RunFolder&) = delete;
 
-  const std::string& path() const { return path_; }
   Status Prepare() {
     if (prepared_) return Ok();
     std::error_code error;
