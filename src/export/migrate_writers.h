@@ -19,8 +19,8 @@
 
 namespace orchidlamp {
 
-// Makes the folder an output goes in; called once, before the first output is
-// created.
+// Makes the folder the outputs go in; each output calls it before it creates
+// anything, and only the first call makes the folder.
 using PrepareFolder = std::function<Status()>;
 
 class MigrationOutput : public MigrationSink {
@@ -68,9 +68,9 @@ class VCardFile final : public MigrationFile {
   std::string card_;  // reused from card to card
 };
 
-// calendar.ics through libical: one VCALENDAR, a VEVENT per appointment and a
-// VTODO per task, in the order they come (the run hands every appointment
-// before the first task). `now` is the DTSTAMP.
+// calendar.ics as libical writes it: one VCALENDAR, a VEVENT per appointment
+// and a VTODO per task, in the order they come (the run hands every
+// appointment before the first task). `now` is the DTSTAMP.
 class ICalendarFile final : public MigrationFile {
  public:
   ICalendarFile(std::string path, PrepareFolder prepare, std::time_t now);
