@@ -110,12 +110,13 @@ Result<CodePage> CodePage::Open(const std::string& name) {
   }
   for (std::size_t b = 256; b-- > 0;) backward += texts[b];
   const Bytes reversed(all.rbegin(), all.rend());
-  if (page.Convert(all) == forward && page.Convert(reversed) == backward) page.byteTexts_ = std::move(texts);
+  if (page.Convert(all) == forward && page.Convert(reversed) == backward)
+    for (const std::string& text : texts) page.byteTexts_.push_back(DropControls(text));
   return page;
 }
 
 std::string CodePage::ToUtf8(ByteView bytes) const {
-  if (byteTexts_.empty()) return Convert(bytes);
+  if (byteTexts_.empty()) return DropControls(Convert(bytes));
   std::string out;
   out.reserve(bytes.size());
   for (std::uint8_t b : bytes) {
@@ -214,7 +215,7 @@ std::string Utf16AfterLead(ByteView data) { return Utf16Text(ClippedSub(data, 1,
 
 std::string EightBitText(ByteView bytes, const CodePage& codePage) {
   if (LooksLikeUtf8(bytes)) return DropControls(BytesToText(bytes));
-  return DropControls(codePage.ToUtf8(bytes));
+  return codePage.ToUtf8(bytes);
 }
 
 std::string GsmText(ByteView septets) {

@@ -25,7 +25,8 @@ class CodePage {
   // Fails with the name when iconv does not know it.
   static Result<CodePage> Open(const std::string& name);
 
-  // The bytes read in this code page; a byte it cannot convert becomes U+FFFD.
+  // The bytes read in this code page, without the controls DropControls
+  // drops; a byte it cannot convert becomes U+FFFD.
   std::string ToUtf8(ByteView bytes) const;
 
  private:
@@ -36,9 +37,11 @@ class CodePage {
   std::string Convert(ByteView bytes) const;
 
   std::unique_ptr<void, Closer> handle_;
-  // Each byte's text, when the code page reads every byte on its own (no
-  // state, no multi-byte sequences): then a text is its bytes' texts joined,
-  // without a call into iconv. Empty for other code pages.
+  // Each byte's text, controls dropped, when the code page reads every byte on
+  // its own (no state, no multi-byte sequences): a text is then its bytes'
+  // texts joined, without a call into iconv, and as each byte's text is whole
+  // characters, dropping controls byte by byte drops the same. Empty for other
+  // code pages.
   std::vector<std::string> byteTexts_;
 };
 
