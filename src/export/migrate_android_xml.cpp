@@ -18,10 +18,11 @@ std::string NumberKey(std::string_view number) {
   return key;
 }
 
-// The bytes AppendEscaped replaces, looked up once per byte.
+// The bytes AppendEscaped stops at, looked up once per byte.
 constexpr std::array<bool, 256> kEscaped = [] {
   std::array<bool, 256> escaped{};
   for (unsigned char c : std::string_view("\n\r\t\"<>&")) escaped[c] = true;
+  escaped[0] = true;
   return escaped;
 }();
 
@@ -30,12 +31,12 @@ constexpr std::array<bool, 256> kEscaped = [] {
 // everything else stays as it is. Like the writer, which takes C strings, a
 // value ends at a NUL.
 void AppendEscaped(std::string& out, std::string_view value) {
-  value = value.substr(0, value.find('\0'));
   std::size_t from = 0;
   for (std::size_t at = 0; at < value.size(); ++at) {
     if (!kEscaped[static_cast<unsigned char>(value[at])]) continue;
     std::string_view entity;
     switch (value[at]) {
+      case '\0': out.append(value.substr(from, at - from)); return;
       case '\n': entity = "&#10;"; break;
       case '\r': entity = "&#13;"; break;
       case '\t': entity = "&#9;"; break;
@@ -114,6 +115,7 @@ void XmlFile::Tail(BufferedFileWriter& out) { out.Append(std::string("</") + roo
 void XmlFile::Start(const char* name) {
   element_ = "  <";
   element_ += name;
+  stampKnown_ = false;
 }
 
 void XmlFile::End(BufferedFileWriter& out) {
@@ -121,7 +123,7 @@ void XmlFile::End(BufferedFileWriter& out) {
   out.Append(element_);
 }
 
-void XmlFile::Attribute(const char* name, std::string_view value) {
+void XmlFile::Attribute(std::string_view name, std::string_view value) {
   element_ += ' ';
   element_ += name;
   element_ += "=\"";
@@ -129,9 +131,15 @@ void XmlFile::Attribute(const char* name, std::string_view value) {
   element_ += '"';
 }
 
-void XmlFile::Stamp(const std::optional<std::int64_t>& ms, const char* dateName) {
-  readable_ = ms ? FromUnixMilliseconds(*ms) : std::nullopt;
-  Attribute(dateName, readable_ ? std::to_string(*ms) : "0");
+void XmlFile::Stamp(const std::optional<std::int64_t>& ms, std::string_view dateName) {
+  // A message states its stamp twice (date and date_sent).
+  if (!stampKnown_ || ms != stamp_) {
+    stamp_ = ms;
+    stampKnown_ = true;
+    readable_ = ms ? FromUnixMilliseconds(*ms) : std::nullopt;
+    date_ = readable_ ? std::to_string(*ms) : "0";
+  }
+  Attribute(dateName, date_);
 }
 
 void XmlFile::ReadableDate() {

@@ -124,13 +124,13 @@ class XmlFile : public MigrationFile {
 
  protected:
   void Start(const char* name);
-  void Attribute(const char* name, std::string_view value);
+  void Attribute(std::string_view name, std::string_view value);
   // Attributes written out already, with nothing to escape.
   void Fixed(std::string_view attributes) { element_ += attributes; }
   void End(BufferedFileWriter& out);
   // date and readable_date of a stamp; a stamp that is missing or outside the
   // years 100 to 9999 gives date "0" and no readable date.
-  void Stamp(const std::optional<std::int64_t>& ms, const char* dateName);
+  void Stamp(const std::optional<std::int64_t>& ms, std::string_view dateName);
   // After Stamp: readable_date when the stamp has one.
   void ReadableDate();
   const ContactNames& names_;
@@ -142,7 +142,11 @@ class XmlFile : public MigrationFile {
   const char* root_;
   std::size_t total_;
   std::string element_;  // reused from record to record
+  // The element's last stamp, its readable date and its date attribute.
+  bool stampKnown_ = false;
+  std::optional<std::int64_t> stamp_;
   std::optional<UtcDateTime> readable_;
+  std::string date_;
 };
 
 class MessagesXmlFile final : public XmlFile {
