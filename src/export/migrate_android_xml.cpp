@@ -1,6 +1,6 @@
-#include <libxml/xmlwriter.h>
-
-#include <memory>
+#include <algorithm>
+#include <array>
+#include <functional>
 
 #include "export/migrate_writers.h"
 
@@ -18,118 +18,163 @@ std::string NumberKey(std::string_view number) {
   return key;
 }
 
-const xmlChar* X(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
+// The bytes AppendEscaped stops at, looked up once per byte.
+constexpr std::array<bool, 256> kEscaped = [] {
+  std::array<bool, 256> escaped{};
+  for (unsigned char c : std::string_view("\n\r\t\"<>&")) escaped[c] = true;
+  escaped[0] = true;
+  return escaped;
+}();
 
-// One text writer into a memory buffer; any call that fails is remembered and
-// the file is refused at the end.
-class XmlOut {
- public:
-  XmlOut() : buffer_(xmlBufferCreate(), &xmlBufferFree) {
-    if (buffer_) writer_ = xmlNewTextWriterMemory(buffer_.get(), 0);
-    ok_ = writer_ != nullptr;
-    Check(xmlTextWriterSetIndent(writer_, 1));
-    Check(xmlTextWriterSetIndentString(writer_, X("  ")));
-    Check(xmlTextWriterStartDocument(writer_, nullptr, "UTF-8", "yes"));
+// An attribute value as libxml2 escapes it in a document declared UTF-8: the
+// markup characters and the three whitespace controls become references,
+// everything else stays as it is. Like the writer, which takes C strings, a
+// value ends at a NUL.
+void AppendEscaped(std::string& out, std::string_view value) {
+  std::size_t from = 0;
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    if (!kEscaped[static_cast<unsigned char>(value[at])]) continue;
+    std::string_view entity;
+    switch (value[at]) {
+      case '\0': out.append(value.substr(from, at - from)); return;
+      case '\n': entity = "&#10;"; break;
+      case '\r': entity = "&#13;"; break;
+      case '\t': entity = "&#9;"; break;
+      case '"': entity = "&quot;"; break;
+      case '<': entity = "&lt;"; break;
+      case '>': entity = "&gt;"; break;
+      default: entity = "&amp;"; break;
+    }
+    out.append(value.substr(from, at - from));
+    out.append(entity);
+    from = at + 1;
   }
-  ~XmlOut() {
-    if (writer_) xmlFreeTextWriter(writer_);
-  }
-  XmlOut(const XmlOut&) = delete;
-  XmlOut& operator=(const XmlOut&) = delete;
-
-  void Start(const char* name) { Check(xmlTextWriterStartElement(writer_, X(name))); }
-  void End() { Check(xmlTextWriterEndElement(writer_)); }
-  void Attribute(const char* name, const std::string& value) {
-    Check(xmlTextWriterWriteAttribute(writer_, X(name), X(value.c_str())));
-  }
-
-  Result<std::string> Finish(const char* what) {
-    Check(xmlTextWriterEndDocument(writer_));
-    if (writer_) xmlFreeTextWriter(writer_);
-    writer_ = nullptr;
-    if (!ok_) return Fail(std::string("Cannot build ") + what);
-    return std::string(reinterpret_cast<const char*>(xmlBufferContent(buffer_.get())),
-                       static_cast<std::size_t>(xmlBufferLength(buffer_.get())));
-  }
-
- private:
-  void Check(int rc) { ok_ = ok_ && writer_ && rc >= 0; }
-
-  std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer_;
-  xmlTextWriterPtr writer_ = nullptr;
-  bool ok_ = false;
-};
-
-// date and readable_date of a stamp; a stamp that is missing or outside the
-// years 100 to 9999 gives date "0" and no readable date.
-void StampAttributes(XmlOut& xml, const std::optional<std::int64_t>& ms, const char* dateName,
-                     std::optional<UtcDateTime>& readable) {
-  readable = ms ? FromUnixMilliseconds(*ms) : std::nullopt;
-  xml.Attribute(dateName, readable ? std::to_string(*ms) : "0");
+  out.append(value.substr(from));
 }
 
 }  // namespace
 
-ContactNames::ContactNames(const std::vector<MigratedContact>& contacts) {
-  for (const MigratedContact& c : contacts) {
-    const std::string name = c.FullName();
-    if (name.empty()) continue;
-    for (const MigratedPhone& phone : c.phones)
-      if (std::string key = NumberKey(phone.number); !key.empty()) byNumber_.emplace(std::move(key), name);
+void ContactNames::Add(const MigratedContact& c) {
+  const std::string name = c.FullName();
+  if (name.empty()) return;
+  bool named = false;
+  for (const MigratedPhone& phone : c.phones) {
+    const std::string key = NumberKey(phone.number);
+    if (key.empty()) continue;
+    if (2 * (used_ + 1) > slots_.size()) Grow();
+    const std::uint64_t hash = std::hash<std::string_view>{}(key);
+    Slot& slot = slots_[At(key, hash)];
+    if (slot.name != 0) continue;
+    if (!named) names_.push_back(name), named = true;
+    slot = {hash, static_cast<std::uint32_t>(keys_.size()), static_cast<std::uint32_t>(key.size()),
+            static_cast<std::uint32_t>(names_.size())};
+    keys_ += key;
+    ++used_;
+  }
+}
+
+std::size_t ContactNames::At(std::string_view key, std::uint64_t hash) const {
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+    const Slot& slot = slots_[at];
+    if (slot.name == 0 || (slot.hash == hash && std::string_view(keys_).substr(slot.keyAt, slot.keySize) == key))
+      return at;
+  }
+}
+
+void ContactNames::Grow() {
+  std::vector<Slot> old(std::max<std::size_t>(64, slots_.size() * 2));
+  old.swap(slots_);
+  const std::size_t mask = slots_.size() - 1;
+  for (const Slot& slot : old) {
+    if (slot.name == 0) continue;
+    std::size_t at = slot.hash & mask;
+    while (slots_[at].name != 0) at = (at + 1) & mask;
+    slots_[at] = slot;
   }
 }
 
 std::string ContactNames::NameOf(std::string_view number) const {
-  const auto found = byNumber_.find(NumberKey(number));
-  return found == byNumber_.end() ? std::string(kUnknown) : found->second;
+  if (slots_.empty()) return std::string(kUnknown);
+  const std::string key = NumberKey(number);
+  const Slot& slot = slots_[At(key, std::hash<std::string_view>{}(key))];
+  return slot.name == 0 ? std::string(kUnknown) : names_[slot.name - 1];
 }
 
-Result<std::string> MessagesXml(const std::vector<MigratedSms>& messages, const ContactNames& names) {
-  XmlOut xml;
-  xml.Start("smses");
-  xml.Attribute("count", std::to_string(messages.size()));
-  for (const MigratedSms& m : messages) {
-    std::optional<UtcDateTime> readable;
-    xml.Start("sms");
-    xml.Attribute("protocol", "0");
-    xml.Attribute("address", m.address);
-    StampAttributes(xml, m.milliseconds, "date", readable);
-    xml.Attribute("type", m.sent ? "2" : "1");
-    xml.Attribute("subject", "null");
-    xml.Attribute("body", m.body);
-    xml.Attribute("toa", "null");
-    xml.Attribute("sc_toa", "null");
-    xml.Attribute("service_center", "null");
-    xml.Attribute("read", "1");
-    xml.Attribute("status", "-1");
-    xml.Attribute("locked", "0");
-    StampAttributes(xml, m.milliseconds, "date_sent", readable);
-    if (readable) xml.Attribute("readable_date", ReadableText(*readable));
-    xml.Attribute("contact_name", names.NameOf(m.address));
-    xml.End();
-  }
-  xml.End();
-  return xml.Finish("messages.xml");
+XmlFile::XmlFile(std::string path, PrepareFolder prepare, const char* root, std::size_t total,
+                 const ContactNames& names)
+    : MigrationFile(std::move(path), std::move(prepare)), names_(names), root_(root), total_(total) {}
+
+void XmlFile::Head(BufferedFileWriter& out) {
+  out.Append(std::string(R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>)") + "\n<" + root_ + " count=\"" +
+             std::to_string(total_) + "\">\n");
 }
 
-Result<std::string> CallsXml(const std::vector<MigratedCall>& calls, const ContactNames& names) {
-  XmlOut xml;
-  xml.Start("calls");
-  xml.Attribute("count", std::to_string(calls.size()));
-  for (const MigratedCall& c : calls) {
-    std::optional<UtcDateTime> readable;
-    xml.Start("call");
-    xml.Attribute("number", c.number);
-    xml.Attribute("duration", std::to_string(c.seconds));
-    StampAttributes(xml, c.milliseconds, "date", readable);
-    xml.Attribute("type", c.direction == 0 ? "1" : c.direction == 1 ? "2" : "3");
-    xml.Attribute("presentation", "1");
-    if (readable) xml.Attribute("readable_date", ReadableText(*readable));
-    xml.Attribute("contact_name", c.name.empty() ? names.NameOf(c.number) : c.name);
-    xml.End();
+void XmlFile::Tail(BufferedFileWriter& out) { out.Append(std::string("</") + root_ + ">\n"); }
+
+void XmlFile::Start(const char* name) {
+  element_ = "  <";
+  element_ += name;
+  stampKnown_ = false;
+}
+
+void XmlFile::End(BufferedFileWriter& out) {
+  element_ += "/>\n";
+  out.Append(element_);
+}
+
+void XmlFile::Attribute(std::string_view name, std::string_view value) {
+  element_ += ' ';
+  element_ += name;
+  element_ += "=\"";
+  AppendEscaped(element_, value);
+  element_ += '"';
+}
+
+void XmlFile::Stamp(const std::optional<std::int64_t>& ms, std::string_view dateName) {
+  // A message states its stamp twice (date and date_sent).
+  if (!stampKnown_ || ms != stamp_) {
+    stamp_ = ms;
+    stampKnown_ = true;
+    readable_ = ms ? FromUnixMilliseconds(*ms) : std::nullopt;
+    date_ = readable_ ? std::to_string(*ms) : "0";
   }
-  xml.End();
-  return xml.Finish("calls.xml");
+  Attribute(dateName, date_);
+}
+
+void XmlFile::ReadableDate() {
+  if (readable_) Attribute("readable_date", ReadableText(*readable_));
+}
+
+void MessagesXmlFile::Add(const MigratedSms& m) {
+  BufferedFileWriter* out = Next();
+  if (!out) return;
+  // Runs of fixed attributes go in whole.
+  Start("sms");
+  Fixed(R"( protocol="0")");
+  Attribute("address", m.address);
+  Stamp(m.milliseconds, "date");
+  Fixed(m.sent ? R"( type="2" subject="null")" : R"( type="1" subject="null")");
+  Attribute("body", m.body);
+  Fixed(R"( toa="null" sc_toa="null" service_center="null" read="1" status="-1" locked="0")");
+  Stamp(m.milliseconds, "date_sent");
+  ReadableDate();
+  Attribute("contact_name", names_.NameOf(m.address));
+  End(*out);
+}
+
+void CallsXmlFile::Add(const MigratedCall& c) {
+  BufferedFileWriter* out = Next();
+  if (!out) return;
+  Start("call");
+  Attribute("number", c.number);
+  Attribute("duration", std::to_string(c.seconds));
+  Stamp(c.milliseconds, "date");
+  Attribute("type", c.direction == 0 ? "1" : c.direction == 1 ? "2" : "3");
+  Attribute("presentation", "1");
+  ReadableDate();
+  Attribute("contact_name", c.name.empty() ? names_.NameOf(c.number) : c.name);
+  End(*out);
 }
 
 }  // namespace orchidlamp

@@ -1,5 +1,6 @@
 #include "export/migrate_instant.h"
 
+#include <array>
 #include <chrono>
 #include <cstdio>
 
@@ -26,6 +27,22 @@ std::optional<UtcDateTime> FromUnixSeconds(std::int64_t s) {
   return t;
 }
 
+// Every message, call and appointment has a date: its digits go into the
+// pattern by hand, as printf's %04d and %02d would give them, for the fields
+// within those widths; nullopt for others.
+std::optional<std::string> InPattern(const UtcDateTime& t, std::string text, std::array<std::size_t, 6> at) {
+  const auto twoDigits = [](int v) { return v >= 0 && v <= 99; };
+  if (t.year < 0 || t.year > 9999 || !twoDigits(t.month) || !twoDigits(t.day) || !twoDigits(t.hour) ||
+      !twoDigits(t.minute) || !twoDigits(t.second))
+    return std::nullopt;
+  const auto put = [&text](std::size_t from, int value, std::size_t digits) {
+    for (std::size_t i = digits; i-- > 0; value /= 10) text[from + i] = static_cast<char>('0' + value % 10);
+  };
+  put(at[0], t.year, 4), put(at[1], t.month, 2), put(at[2], t.day, 2);
+  put(at[3], t.hour, 2), put(at[4], t.minute, 2), put(at[5], t.second, 2);
+  return text;
+}
+
 }  // namespace
 
 std::optional<UtcDateTime> FromUnixMilliseconds(std::int64_t ms) {
@@ -41,6 +58,7 @@ std::optional<UtcDateTime> FromUnixMinutes(std::int64_t minutes) {
 }
 
 std::string ReadableText(const UtcDateTime& t) {
+  if (auto text = InPattern(t, "0000-00-00 00:00:00", {0, 5, 8, 11, 14, 17})) return *std::move(text);
   char text[32];
   std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", t.year, t.month, t.day, t.hour, t.minute,
                 t.second);
@@ -48,6 +66,7 @@ std::string ReadableText(const UtcDateTime& t) {
 }
 
 std::string BasicUtcText(const UtcDateTime& t) {
+  if (auto text = InPattern(t, "00000000T000000Z", {0, 4, 6, 9, 11, 13})) return *std::move(text);
   char text[32];
   std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d%02dZ", t.year, t.month, t.day, t.hour, t.minute,
                 t.second);

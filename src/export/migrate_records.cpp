@@ -33,21 +33,56 @@ bool WellFormed(const FieldList& fields) {
   return ForEachField(fields.bytes(), [](int, ByteView) {});
 }
 
+// The first field of each type, found in one walk of a well-formed list; it
+// answers as the list's own Find and FindFollowing do. A contact asks for some
+// forty codes, which would walk its list forty times.
+class FieldIndex {
+ public:
+  explicit FieldIndex(const FieldList& fields) : bytes_(fields.bytes()) {
+    std::size_t at = 0;
+    ForEachField(bytes_, [&](int type, ByteView data) {
+      if (first_[static_cast<std::size_t>(type)] == 0) first_[static_cast<std::size_t>(type)] = at + 1;
+      at += 3 + data.size();
+    });
+  }
+  ByteView Find(int type) const {
+    const std::size_t at = At(type);
+    return at == 0 ? ByteView() : bytes_.subspan(at - 1 + 3, ReadLE16(bytes_, at - 1));
+  }
+  ByteView FindFollowing(int type) const {
+    const std::size_t at = At(type);
+    if (at == 0) return {};
+    const std::size_t next = at - 1 + 3 + ReadLE16(bytes_, at - 1);
+    if (next >= bytes_.size() || bytes_.size() - next < 3 || bytes_[next + 2] != type) return {};
+    return bytes_.subspan(next + 3, ReadLE16(bytes_, next));
+  }
+
+ private:
+  // The offset of the type's first field + 1; 0 when it has none.
+  std::size_t At(int type) const { return type >= 0 && type < 256 ? first_[static_cast<std::size_t>(type)] : 0; }
+
+  ByteView bytes_;
+  std::array<std::size_t, 256> first_{};
+};
+
 // A field of the paired codes: the UTF-16 form when it holds data, else the
 // 8-bit form.
-std::string Paired(const FieldList& fields, int wideCode, int plainCode, const CodePage& codePage) {
+template <class Fields>
+std::string Paired(const Fields& fields, int wideCode, int plainCode, const CodePage& codePage) {
   const ByteView wide = fields.Find(wideCode);
   if (!wide.empty()) return Utf16AfterLead(wide);
   return EightBitText(fields.Find(plainCode), codePage);
 }
 
-std::optional<UtcDateTime> MinutesField(const FieldList& fields, int code) {
+template <class Fields>
+std::optional<UtcDateTime> MinutesField(const Fields& fields, int code) {
   const ByteView data = fields.Find(code);
   if (data.size() < 4) return std::nullopt;
   return FromUnixMinutes(static_cast<std::int32_t>(ReadLE32(data, 0)));
 }
 
-std::optional<int> FirstByte(const FieldList& fields, int code) {
+template <class Fields>
+std::optional<int> FirstByte(const Fields& fields, int code) {
   const ByteView data = fields.Find(code);
   if (data.empty()) return std::nullopt;
   return data[0];
@@ -99,28 +134,30 @@ bool ReadContact(ByteView body, bool nested, MigrationContext& context) {
   if (nested && !RecordFields(body).Has(10)) return false;
   const FieldList fields = nested ? NestedFields(body, 0) : RecordFields(body);
   if (!WellFormed(fields) || (nested && !WellFormed(RecordFields(body)))) return false;
+  if (!context.sink) return true;
   const CodePage& cp = context.codePage;
+  const FieldIndex index(fields);
 
   MigratedContact c;
   c.uid = *uid;
   for (const ContactText& t : kContactTexts)
-    c.*t.member = t.paired ? Paired(fields, t.plainCode + kWide, t.plainCode, cp) : EightBitText(fields.Find(t.plainCode), cp);
-  if (const ByteView wide = fields.Find(kFirstName + kWide); !wide.empty()) {
+    c.*t.member = t.paired ? Paired(index, t.plainCode + kWide, t.plainCode, cp) : EightBitText(index.Find(t.plainCode), cp);
+  if (const ByteView wide = index.Find(kFirstName + kWide); !wide.empty()) {
     c.firstName = Utf16AfterLead(wide);
-    c.lastName = Utf16AfterLead(fields.FindFollowing(kFirstName + kWide));
+    c.lastName = Utf16AfterLead(index.FindFollowing(kFirstName + kWide));
   } else {
-    c.firstName = EightBitText(fields.Find(kFirstName), cp);
-    c.lastName = EightBitText(fields.FindFollowing(kFirstName), cp);
+    c.firstName = EightBitText(index.Find(kFirstName), cp);
+    c.lastName = EightBitText(index.FindFollowing(kFirstName), cp);
   }
   for (const AddressCodes& a : kAddresses) {
     MigratedAddress& to = c.*a.address;
-    const std::string line1 = Paired(fields, a.line1 + kWide, a.line1, cp);
-    const std::string line2 = Paired(fields, a.line2 + kWide, a.line2, cp);
+    const std::string line1 = Paired(index, a.line1 + kWide, a.line1, cp);
+    const std::string line2 = Paired(index, a.line2 + kWide, a.line2, cp);
     to.street = line1.empty() || line2.empty() ? line1 + line2 : line1 + "\n" + line2;
-    to.city = Paired(fields, a.city + kWide, a.city, cp);
-    to.region = Paired(fields, a.region + kWide, a.region, cp);
-    to.postalCode = EightBitText(fields.Find(a.postalCode), cp);
-    to.country = Paired(fields, a.country + kWide, a.country, cp);
+    to.city = Paired(index, a.city + kWide, a.city, cp);
+    to.region = Paired(index, a.region + kWide, a.region, cp);
+    to.postalCode = EightBitText(index.Find(a.postalCode), cp);
+    to.country = Paired(index, a.country + kWide, a.country, cp);
   }
   ForEachField(fields.bytes(), [&](int type, ByteView data) {
     if (type == kEmail) {
@@ -134,10 +171,10 @@ bool ReadContact(ByteView body, bool nested, MigrationContext& context) {
       }
     }
   });
-  const ByteView photo = fields.Find(kPhoto);
+  const ByteView photo = index.Find(kPhoto);
   if (photo.size() >= 3 && photo[0] == 0xFF && photo[1] == 0xD8 && photo[2] == 0xFF)
     c.photo.assign(photo.begin(), photo.end());
-  context.backup.contacts.push_back(std::move(c));
+  context.sink->Add(c);
   return true;
 }
 
@@ -148,9 +185,10 @@ bool ReadAppointment(ByteView body, bool nested, MigrationContext& context) {
   if (nested && RecordFields(body).Find(10).size() < kNestedSkip) return false;
   const FieldList fields = nested ? NestedFields(body, kNestedSkip) : RecordFields(body);
   if (!WellFormed(fields) || (nested && !WellFormed(RecordFields(body)))) return false;
+  if (!context.sink) return true;
   const CodePage& cp = context.codePage;
-  context.backup.events.push_back({*uid, Paired(fields, 130, 2, cp), Paired(fields, 132, 3, cp),
-                                   Paired(fields, 131, 4, cp), MinutesField(fields, 6), MinutesField(fields, 7)});
+  context.sink->Add(MigratedEvent{*uid, Paired(fields, 130, 2, cp), Paired(fields, 132, 3, cp),
+                                  Paired(fields, 131, 4, cp), MinutesField(fields, 6), MinutesField(fields, 7)});
   return true;
 }
 
@@ -198,10 +236,11 @@ bool MigrateTask(ByteView body, MigrationContext& context) {
   const auto uid = RecordUid(body);
   const FieldList fields = RecordFields(body);
   if (!uid || !WellFormed(fields)) return false;
+  if (!context.sink) return true;
   const CodePage& cp = context.codePage;
   constexpr int kStatus = 9, kPriority = 10, kDue = 5;
-  context.backup.tasks.push_back({*uid, Paired(fields, 130, 2, cp), Paired(fields, 131, 3, cp),
-                                  FirstByte(fields, kStatus), FirstByte(fields, kPriority), MinutesField(fields, kDue)});
+  context.sink->Add(MigratedTask{*uid, Paired(fields, 130, 2, cp), Paired(fields, 131, 3, cp),
+                                 FirstByte(fields, kStatus), FirstByte(fields, kPriority), MinutesField(fields, kDue)});
   return true;
 }
 
@@ -210,12 +249,13 @@ bool MigrateSms(ByteView body, MigrationContext& context) {
   if (body.size() < kFieldListStart) return false;
   const FieldList fields(body.subspan(kFieldListStart));
   if (!WellFormed(fields)) return false;
+  if (!context.sink) return true;
   MigratedSms sms;
   sms.sent = SmsIsSent(body);
   sms.milliseconds = StampAt(body, kFirstStamp, kStampWidth);
   sms.address = EightBitText(fields.Find(2), context.codePage);
   sms.body = SmsMessageText(fields.Find(4), fields.Find(7), context.codePage);
-  context.backup.messages.push_back(std::move(sms));
+  context.sink->Add(sms);
   return true;
 }
 
@@ -223,20 +263,22 @@ bool MigrateCall(ByteView body, MigrationContext& context) {
   constexpr int kDirection = 2, kDuration = 3, kDate = 4, kNumber = 12, kName = 31, kWideName = 159;
   const FieldList fields = RecordFields(body);
   if (body.size() < kFieldsAt || !WellFormed(fields)) return false;
+  if (!context.sink) return true;
   MigratedCall call;
   call.direction = LittleEndianNumber(fields.Find(kDirection));
   call.milliseconds = StampAt(fields.Find(kDate), 0, 8);
   call.seconds = LittleEndianNumber(fields.Find(kDuration));
   call.number = EightBitText(fields.Find(kNumber), context.codePage);
   call.name = Paired(fields, kWideName, kName, context.codePage);
-  context.backup.calls.push_back(std::move(call));
+  context.sink->Add(call);
   return true;
 }
 
 bool MigrateMemo(ByteView body, MigrationContext& context) {
   const FieldList fields = RecordFields(body);
   if (body.size() < kFieldsAt || !WellFormed(fields)) return false;
-  context.backup.memos.push_back({Paired(fields, 129, 1, context.codePage), Paired(fields, 130, 2, context.codePage)});
+  if (!context.sink) return true;
+  context.sink->Add(MigratedMemo{Paired(fields, 129, 1, context.codePage), Paired(fields, 130, 2, context.codePage)});
   return true;
 }
 
@@ -244,16 +286,18 @@ bool MigrateBookmark(ByteView body, MigrationContext& context) {
   if (body.size() < kFieldsAt) return false;
   const auto url = TextBehind(body, {0x00, 0x12, 0x00});
   if (!url || url->empty()) return false;
+  if (!context.sink) return true;
   const auto title = TextBehind(body, {0x04, 0x01, 0x00});
-  context.backup.bookmarks.push_back(
-      {title ? EightBitText(*title, context.codePage) : std::string(), EightBitText(*url, context.codePage)});
+  context.sink->Add(
+      MigratedBookmark{title ? EightBitText(*title, context.codePage) : std::string(), EightBitText(*url, context.codePage)});
   return true;
 }
 
 bool MigrateAutoText(ByteView body, MigrationContext& context) {
   const FieldList fields = RecordFields(body);
   if (body.size() < kFieldsAt || !WellFormed(fields)) return false;
-  context.backup.autoTexts.push_back({JoinedText(fields, 1, context.codePage), JoinedText(fields, 2, context.codePage)});
+  if (!context.sink) return true;
+  context.sink->Add(MigratedAutoText{JoinedText(fields, 1, context.codePage), JoinedText(fields, 2, context.codePage)});
   return true;
 }
 

@@ -2,8 +2,8 @@
 
 // Each migrated kind's record as Unicode values, and one reader per database
 // kind that fills them. Readers share one signature so that the kinds table can
-// hold them as one column: they read the body and append what they decode to
-// the context, or return false for a record they cannot decode.
+// hold them as one column: they read the body and hand what they decode to the
+// context's sink, or return false for a record they cannot decode.
 
 #include <cstdint>
 #include <optional>
@@ -78,21 +78,26 @@ struct MigratedAutoText {
   std::string replace, with;
 };
 
-// Everything one run collects, in file order.
-struct MigratedBackup {
-  std::vector<MigratedContact> contacts;
-  std::vector<MigratedEvent> events;
-  std::vector<MigratedTask> tasks;
-  std::vector<MigratedSms> messages;
-  std::vector<MigratedCall> calls;
-  std::vector<MigratedMemo> memos;
-  std::vector<MigratedBookmark> bookmarks;
-  std::vector<MigratedAutoText> autoTexts;
+// Where readers hand their records, one at a time and in file order; the
+// record lives only for the call. A sink takes the kinds it writes.
+class MigrationSink {
+ public:
+  virtual ~MigrationSink() = default;
+  virtual void Add(const MigratedContact&) {}
+  virtual void Add(const MigratedEvent&) {}
+  virtual void Add(const MigratedTask&) {}
+  virtual void Add(const MigratedSms&) {}
+  virtual void Add(const MigratedCall&) {}
+  virtual void Add(const MigratedMemo&) {}
+  virtual void Add(const MigratedBookmark&) {}
+  virtual void Add(const MigratedAutoText&) {}
 };
 
 struct MigrationContext {
   const CodePage& codePage;
-  MigratedBackup& backup;
+  // Null: the reader only tells whether the record can be decoded, so a file
+  // that states its count first can learn it without converting any text.
+  MigrationSink* sink;
 };
 
 using MigrateRecordFn = bool (*)(ByteView body, MigrationContext& context);

@@ -39,7 +39,7 @@ char32_t GsmExtension(std::uint8_t b) {
 }
 
 // Controls, and the two non-characters that no XML file may hold.
-bool IsDroppedControl(char32_t c) {
+constexpr bool IsDroppedControl(char32_t c) {
   if (c == U'\t' || c == U'\r' || c == U'\n') return false;
   return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0xFFFE || c == 0xFFFF;
 }
@@ -77,10 +77,41 @@ void CodePage::Closer::operator()(void* handle) const { iconv_close(static_cast<
 Result<CodePage> CodePage::Open(const std::string& name) {
   const iconv_t handle = iconv_open("UTF-8", name.c_str());
   if (handle == reinterpret_cast<iconv_t>(-1)) return Fail("Unknown character set " + name);
-  return CodePage(handle);
+  CodePage page(handle);
+  // A single-byte code page converts any run of bytes as the bytes one by one;
+  // both byte orders of all 256 bytes show whether this one does.
+  std::vector<std::string> texts(256);
+  std::array<std::uint8_t, 256> all{};
+  std::string forward, backward;
+  for (std::size_t b = 0; b < 256; ++b) {
+    const std::uint8_t byte = static_cast<std::uint8_t>(b);
+    texts[b] = page.Convert(ByteView(&byte, 1));
+    if (texts[b].empty()) return page;
+    all[b] = byte;
+    forward += texts[b];
+  }
+  for (std::size_t b = 256; b-- > 0;) backward += texts[b];
+  const Bytes reversed(all.rbegin(), all.rend());
+  if (page.Convert(all) == forward && page.Convert(reversed) == backward)
+    for (const std::string& text : texts) page.byteTexts_.push_back(DropControls(text));
+  return page;
 }
 
 std::string CodePage::ToUtf8(ByteView bytes) const {
+  if (byteTexts_.empty()) return DropControls(Convert(bytes));
+  std::string out;
+  out.reserve(bytes.size());
+  for (std::uint8_t b : bytes) {
+    const std::string& text = byteTexts_[b];
+    if (text.size() == 1)
+      out += text[0];
+    else
+      out += text;
+  }
+  return out;
+}
+
+std::string CodePage::Convert(ByteView bytes) const {
   const iconv_t cd = static_cast<iconv_t>(handle_.get());
   iconv(cd, nullptr, nullptr, nullptr, nullptr);
   std::string out;
@@ -112,6 +143,12 @@ std::string DropControls(std::string_view utf8) {
   std::string out;
   out.reserve(utf8.size());
   for (std::size_t at = 0; at < b.size();) {
+    // Most text is ASCII: a byte below 0x80 is its own character.
+    if (b[at] < 0x80) {
+      if (!IsDroppedControl(b[at])) out += static_cast<char>(b[at]);
+      ++at;
+      continue;
+    }
     char32_t c;
     std::size_t length = Utf8Sequence(b, at, c);
     if (length == 0) {
@@ -160,20 +197,46 @@ std::string Utf16AfterLead(ByteView data) { return Utf16Text(ClippedSub(data, 1,
 
 std::string EightBitText(ByteView bytes, const CodePage& codePage) {
   if (LooksLikeUtf8(bytes)) return DropControls(BytesToText(bytes));
-  return DropControls(codePage.ToUtf8(bytes));
+  return codePage.ToUtf8(bytes);
 }
 
 std::string GsmText(ByteView septets) {
+  // Each default character's UTF-8, or nothing for a dropped control: most
+  // messages are in this alphabet, a byte a character.
+  struct Utf8 {
+    char bytes[3];
+    std::uint8_t size;
+  };
+  static constexpr std::array<Utf8, 128> kDefaultUtf8 = [] {
+    std::array<Utf8, 128> table{};
+    for (std::size_t b = 0; b < 128; ++b) {
+      const char32_t c = kGsmDefault[b];
+      Utf8& u = table[b];
+      if (IsDroppedControl(c)) continue;
+      if (c < 0x80) {
+        u = {{static_cast<char>(c)}, 1};
+      } else if (c < 0x800) {
+        u = {{static_cast<char>(0xC0 | (c >> 6)), static_cast<char>(0x80 | (c & 0x3F))}, 2};
+      } else {
+        u = {{static_cast<char>(0xE0 | (c >> 12)), static_cast<char>(0x80 | ((c >> 6) & 0x3F)),
+              static_cast<char>(0x80 | (c & 0x3F))},
+             3};
+      }
+    }
+    return table;
+  }();
   std::string out;
+  out.reserve(septets.size());
   for (std::size_t at = 0; at < septets.size(); ++at) {
     const std::uint8_t b = septets[at] & 0x7F;
-    char32_t c = kGsmDefault[b];
-    if (b == 0x1B) {
-      if (at + 1 >= septets.size()) break;  // a cut escape stands for nothing
-      const std::uint8_t next = septets[++at] & 0x7F;
-      c = GsmExtension(next);
-      if (c == 0) c = next == 0x1B ? U' ' : kGsmDefault[next];
+    if (b != 0x1B) {
+      out.append(kDefaultUtf8[b].bytes, kDefaultUtf8[b].size);
+      continue;
     }
+    if (at + 1 >= septets.size()) break;  // a cut escape stands for nothing
+    const std::uint8_t next = septets[++at] & 0x7F;
+    char32_t c = GsmExtension(next);
+    if (c == 0) c = next == 0x1B ? U' ' : kGsmDefault[next];
     if (!IsDroppedControl(c)) AppendUtf8(out, c);
   }
   return out;

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/bytes.h"
 #include "core/result.h"
@@ -25,7 +26,8 @@ class CodePage {
   // Fails with the name when iconv does not know it.
   static Result<CodePage> Open(const std::string& name);
 
-  // The bytes read in this code page; a byte it cannot convert becomes U+FFFD.
+  // The bytes read in this code page, without the controls DropControls
+  // drops; a byte it cannot convert becomes U+FFFD.
   std::string ToUtf8(ByteView bytes) const;
 
  private:
@@ -33,7 +35,15 @@ class CodePage {
     void operator()(void* handle) const;
   };
   explicit CodePage(iconv_t handle) : handle_(handle) {}
+  std::string Convert(ByteView bytes) const;
+
   std::unique_ptr<void, Closer> handle_;
+  // Each byte's text, controls dropped, when the code page reads every byte on
+  // its own (no state, no multi-byte sequences): a text is then its bytes'
+  // texts joined, without a call into iconv, and as each byte's text is whole
+  // characters, dropping controls byte by byte drops the same. Empty for other
+  // code pages.
+  std::vector<std::string> byteTexts_;
 };
 
 // Control characters other than TAB, CR and LF (C0, DEL and C1) removed from

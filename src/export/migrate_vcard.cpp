@@ -37,30 +37,30 @@ void AddressLine(std::string& out, std::string_view type, const MigratedAddress&
 
 }  // namespace
 
-std::string VCardFile(const std::vector<MigratedContact>& contacts) {
-  std::string out;
-  for (const MigratedContact& c : contacts) {
-    out += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
-    Line(out, "N",
-         EscapeContentValue(c.lastName) + ";" + EscapeContentValue(c.firstName) + ";;;" + EscapeContentValue(c.title));
-    Line(out, "FN", EscapeContentValue(c.FullName()));
-    TextLine(out, "ORG", c.company);
-    TextLine(out, "TITLE", c.job);
-    for (const std::string& email : c.emails) TextLine(out, "EMAIL;TYPE=INTERNET", email);
-    for (const MigratedPhone& phone : c.phones)
-      TextLine(out, phone.type.empty() ? std::string("TEL") : "TEL;TYPE=" + phone.type, phone.number);
-    AddressLine(out, "WORK", c.work);
-    AddressLine(out, "HOME", c.home);
-    TextLine(out, "URL", c.webPage);
-    TextLine(out, "BDAY", c.birthday);
-    TextLine(out, "X-ANNIVERSARY", c.anniversary);
-    TextLine(out, "NOTE", c.notes);
-    if (std::string categories = CategoryList(c.categories); !categories.empty()) Line(out, "CATEGORIES", categories);
-    if (!c.photo.empty()) Line(out, "PHOTO;ENCODING=b;TYPE=JPEG", Base64(c.photo));
-    Line(out, "UID", std::to_string(c.uid));
-    out += "END:VCARD\r\n";
-  }
-  return out;
+void VCardFile::Add(const MigratedContact& c) {
+  BufferedFileWriter* file = Next();
+  if (!file) return;
+  std::string& out = card_;
+  out = "BEGIN:VCARD\r\nVERSION:3.0\r\n";
+  Line(out, "N",
+       EscapeContentValue(c.lastName) + ";" + EscapeContentValue(c.firstName) + ";;;" + EscapeContentValue(c.title));
+  Line(out, "FN", EscapeContentValue(c.FullName()));
+  TextLine(out, "ORG", c.company);
+  TextLine(out, "TITLE", c.job);
+  for (const std::string& email : c.emails) TextLine(out, "EMAIL;TYPE=INTERNET", email);
+  for (const MigratedPhone& phone : c.phones)
+    TextLine(out, phone.type.empty() ? std::string("TEL") : "TEL;TYPE=" + phone.type, phone.number);
+  AddressLine(out, "WORK", c.work);
+  AddressLine(out, "HOME", c.home);
+  TextLine(out, "URL", c.webPage);
+  TextLine(out, "BDAY", c.birthday);
+  TextLine(out, "X-ANNIVERSARY", c.anniversary);
+  TextLine(out, "NOTE", c.notes);
+  if (std::string categories = CategoryList(c.categories); !categories.empty()) Line(out, "CATEGORIES", categories);
+  if (!c.photo.empty()) Line(out, "PHOTO;ENCODING=b;TYPE=JPEG", Base64(c.photo));
+  Line(out, "UID", std::to_string(c.uid));
+  out += "END:VCARD\r\n";
+  file->Append(out);
 }
 
 }  // namespace orchidlamp

@@ -1,10 +1,11 @@
 #include "export/migration.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <map>
-#include <unordered_map>
+#include <memory>
+#include <vector>
 
 #include "core/file_io.h"
 #include "core/kinds.h"
@@ -27,20 +28,21 @@ struct MigrateDatabaseRow {
   Kind database;
   MigrateKind kind;
   Twins twins;
+  int part;  // where in its kind's file: calendar.ics holds every appointment before the first task
   MigrateRecordFn read;
 };
 
 constexpr MigrateDatabaseRow kDatabases[] = {
-    {Kind::AddressBook, MigrateKind::Contacts, Twins::AddressBook, MigrateContact},
-    {Kind::AddressBookAll, MigrateKind::Contacts, Twins::AddressBook, MigrateContactNested},
-    {Kind::Calendar, MigrateKind::Calendar, Twins::Calendar, MigrateAppointment},
-    {Kind::CalendarAll, MigrateKind::Calendar, Twins::Calendar, MigrateAppointmentNested},
-    {Kind::Tasks, MigrateKind::Calendar, Twins::None, MigrateTask},
-    {Kind::SmsMessages, MigrateKind::Messages, Twins::None, MigrateSms},
-    {Kind::PhoneCallLogs, MigrateKind::Calls, Twins::None, MigrateCall},
-    {Kind::Memos, MigrateKind::Memos, Twins::None, MigrateMemo},
-    {Kind::BrowserBookmarks, MigrateKind::Bookmarks, Twins::None, MigrateBookmark},
-    {Kind::AutoText, MigrateKind::AutoText, Twins::None, MigrateAutoText},
+    {Kind::AddressBook, MigrateKind::Contacts, Twins::AddressBook, 0, MigrateContact},
+    {Kind::AddressBookAll, MigrateKind::Contacts, Twins::AddressBook, 0, MigrateContactNested},
+    {Kind::Calendar, MigrateKind::Calendar, Twins::Calendar, 0, MigrateAppointment},
+    {Kind::CalendarAll, MigrateKind::Calendar, Twins::Calendar, 0, MigrateAppointmentNested},
+    {Kind::Tasks, MigrateKind::Calendar, Twins::None, 1, MigrateTask},
+    {Kind::SmsMessages, MigrateKind::Messages, Twins::None, 0, MigrateSms},
+    {Kind::PhoneCallLogs, MigrateKind::Calls, Twins::None, 0, MigrateCall},
+    {Kind::Memos, MigrateKind::Memos, Twins::None, 0, MigrateMemo},
+    {Kind::BrowserBookmarks, MigrateKind::Bookmarks, Twins::None, 0, MigrateBookmark},
+    {Kind::AutoText, MigrateKind::AutoText, Twins::None, 0, MigrateAutoText},
 };
 
 const MigrateDatabaseRow* RowForDatabase(std::string_view name) {
@@ -57,74 +59,78 @@ Failure IoFailure(const std::string& what, const std::string& path, const std::e
   return Fail(what + " " + path + ": " + error.message());
 }
 
-// One output: its final name and what goes there, a file or a folder of files.
-struct Output {
-  Output(MigrateKind k, std::string n, std::size_t c) : kind(k), name(std::move(n)), count(c) {}
-  MigrateKind kind;
-  std::string name;
-  std::size_t count = 0;
-  std::string content;
-  std::vector<std::pair<std::string, std::string>> folderFiles;
-  bool isFolder = false;
-  std::string temp;  // where it was built
-};
-
 std::string TempName(const std::string& outDir, const std::string& name) {
   std::string base = name;
   if (!base.empty() && base.back() == '/') base.pop_back();
   return outDir + "/." + base + ".partial";
 }
 
-Status BuildUnderTempName(Output& out, const std::string& outDir);
+std::string TargetName(const std::string& outDir, const std::string& name) {
+  std::string target = outDir + "/" + name;
+  if (target.back() == '/') target.pop_back();
+  return target;
+}
 
-// The user knows the file by its final name, not by the one it is built under.
-Status BuildOutput(Output& out, const std::string& outDir) {
-  Status built = BuildUnderTempName(out, outDir);
-  if (built) return built;
-  std::string text = built.failure().message.text;
-  std::string target = outDir + "/" + out.name;
-  if (out.isFolder) target.pop_back();
-  for (std::size_t at; (at = text.find(out.temp)) != std::string::npos;) text.replace(at, out.temp.size(), target);
+// The user knows an output by its final name, not by the one it is built under.
+Failure UnderFinalName(Failure failure, const std::string& temp, const std::string& target) {
+  std::string text = failure.message.text;
+  for (std::size_t at; (at = text.find(temp)) != std::string::npos;) text.replace(at, temp.size(), target);
   return Fail(text);
 }
 
-Status BuildUnderTempName(Output& out, const std::string& outDir) {
-  out.temp = TempName(outDir, out.name);
-  std::error_code error;
-  fs::remove_all(out.temp, error);
-  if (!out.isFolder) return WriteTruncating(out.temp, TextBytes(out.content));
-  if (!fs::create_directory(out.temp, error) && error) return IoFailure("Cannot create folder", out.temp, error);
-  for (const auto& [file, text] : out.folderFiles)
-    if (Status s = WriteTruncating(out.temp + "/" + file, TextBytes(text)); !s) return s;
-  return Ok();
-}
-
 // Puts a built output in place of whatever stood there.
-Status Publish(const Output& out, const std::string& outDir) {
-  std::string target = outDir + "/" + out.name;
-  if (out.isFolder) target.pop_back();
+Status Publish(const std::string& temp, const std::string& target, bool isFolder) {
   std::error_code error;
-  if (out.isFolder && fs::is_directory(target, error)) {
-    const std::string old = TempName(outDir, out.name) + ".old";
+  if (isFolder && fs::is_directory(target, error)) {
+    const std::string old = temp + ".old";
     fs::remove_all(old, error);
     fs::rename(target, old, error);
     if (error) return IoFailure("Cannot write", target, error);
-    fs::rename(out.temp, target, error);
+    fs::rename(temp, target, error);
     if (error) return IoFailure("Cannot write", target, error);
     fs::remove_all(old, error);
     return Ok();
   }
-  if (!out.isFolder && fs::is_directory(target, error)) return Fail("Cannot write " + target + ": it is a folder");
-  fs::rename(out.temp, target, error);
+  if (!isFolder && fs::is_directory(target, error)) return Fail("Cannot write " + target + ": it is a folder");
+  fs::rename(temp, target, error);
   if (error) return IoFailure("Cannot write", target, error);
   return Ok();
 }
 
-void RemoveTemps(const std::vector<Output>& outputs) {
-  std::error_code error;
-  for (const Output& out : outputs)
-    if (!out.temp.empty()) fs::remove_all(out.temp, error);
-}
+// The output folder, made when the first output needs it, and the outputs
+// built under temporary names. Unless the run puts its outputs in place, they
+// are removed when the run ends, by a failure, a cancel or a throw; so is the
+// folder when the run made it and no write failed in it.
+class RunFolder {
+ public:
+  explicit RunFolder(std::string path) : path_(std::move(path)) {}
+  ~RunFolder() {
+    std::error_code error;
+    for (const std::string& temp : temps_) fs::remove_all(temp, error);
+    if (created_ && !keep_) fs::remove(path_, error);  // only while it is empty
+  }
+  RunFolder(const RunFolder&) = delete;
+  RunFolder& operator=(const RunFolder&) = delete;
+
+  Status Prepare() {
+    if (prepared_) return Ok();
+    std::error_code error;
+    const bool existed = fs::is_directory(path_, error);
+    fs::create_directories(path_, error);
+    if (error) return IoFailure("Cannot create folder", path_, error);
+    prepared_ = true;
+    created_ = !existed;
+    return Ok();
+  }
+  std::string Temp(const std::string& name) { return temps_.emplace_back(TempName(path_, name)); }
+  void Published() { temps_.clear(); }
+  void KeepFolder() { keep_ = true; }
+
+ private:
+  std::string path_;
+  std::vector<std::string> temps_;
+  bool prepared_ = false, created_ = false, keep_ = false;
+};
 
 Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptions& options, Progress* progress,
                                        const CancelCheck& cancelled);
@@ -148,114 +154,135 @@ namespace {
 
 using KindFlags = std::array<bool, kMigrateKindCount>;
 
-struct Collected {
-  MigratedBackup backup;
-  std::array<std::size_t, kMigrateKindCount> skipped{};
-  bool cancelled = false;
+struct Database {
+  NodeId node;
+  const MigrateDatabaseRow* row;
 };
 
-// Reads every record of the databases whose kind is in `read`, in tree order,
-// each record of a twin family once.
-Collected CollectRecords(const Workspace& ws, const KindFlags& read, const CodePage& codePage, Progress* progress,
-                         const CancelCheck& cancelled) {
-  const DatabaseTree& tree = ws.tree();
-  std::vector<std::pair<NodeId, const MigrateDatabaseRow*>> databases;
-  std::size_t total = 0;
-  if (tree.Root() != kNoNode) {
+// The database each unique ID of a twin family was first read from. Sized once
+// for the family's records, so it never grows while they are read.
+class FirstOwners {
+ public:
+  explicit FirstOwners(std::size_t records) {
+    std::size_t size = 16;
+    while (size < 2 * records) size *= 2;
+    slots_.resize(size);
+  }
+  // The database the ID was first seen in; `db` when this is its first time.
+  NodeId Owner(std::uint32_t uid, NodeId db) {
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t at = (uid * std::uint64_t{0x9E3779B97F4A7C15}) >> 32 & mask;; at = (at + 1) & mask) {
+      Slot& slot = slots_[at];
+      if (slot.db == kNoNode) slot = {uid, db};
+      if (slot.uid == uid) return slot.db;
+    }
+  }
+
+ private:
+  struct Slot {
+    std::uint32_t uid = 0;
+    NodeId db = kNoNode;  // kNoNode: empty
+  };
+  std::vector<Slot> slots_;
+};
+
+// The walk over the chosen databases' records, kind by kind.
+class RecordWalk {
+ public:
+  RecordWalk(const Workspace& ws, const KindFlags& read, const CodePage& codePage, Progress* progress,
+             const CancelCheck& cancelled)
+      : ws_(ws), codePage_(codePage), progress_(progress), cancelled_(cancelled) {
+    const DatabaseTree& tree = ws.tree();
+    if (tree.Root() == kNoNode) return;
     tree.ForEachChild(tree.Root(), [&](NodeId db) {
       const MigrateDatabaseRow* row = RowForDatabase(tree.Text(db));
       if (!row || !read[Index(row->kind)]) return;
-      databases.emplace_back(db, row);
-      total += static_cast<std::size_t>(tree.ChildCount(db));
+      databases_.push_back({db, row});
+      total_ += static_cast<std::size_t>(tree.ChildCount(db));
+    });
+    // A file's parts in the table's order, each part's databases in tree order.
+    std::stable_sort(databases_.begin(), databases_.end(),
+                     [](const Database& a, const Database& b) { return a.row->part < b.row->part; });
+  }
+
+  bool cancelled() const { return stopped_; }
+  std::size_t skipped(MigrateKind kind) const { return skipped_[Index(kind)]; }
+
+  // Hands every decodable record of the kind's databases to `sink`, each record
+  // of a twin family once. Polls the cancel check and reports progress.
+  void Read(MigrateKind kind, MigrationSink& sink) {
+    MigrationContext context{codePage_, &sink};
+    Visit(kind, true, [&](const MigrateDatabaseRow& row, ByteView body) {
+      if (!row.read(body, context)) ++skipped_[Index(kind)];
     });
   }
-  Collected out;
-  MigrationContext context{codePage, out.backup};
-  std::map<Twins, std::unordered_map<std::uint32_t, NodeId>> seen;
-  std::size_t done = 0;
-  for (const auto& entry : databases) {
-    // Named copies: a lambda may not capture structured bindings in every compiler.
-    const NodeId db = entry.first;
-    const MigrateDatabaseRow* row = entry.second;
-    tree.ForEachChild(db, [&](NodeId record) {
-      if (out.cancelled || (cancelled && (out.cancelled = cancelled()))) return;
-      Report(progress, ++done, total);
-      const auto tag = tree.Tag(record);
-      if (!tag) return;
-      const ByteView body = ws.Body(*tag);
-      if (row->twins != Twins::None) {
-        if (const auto uid = RecordUid(body)) {
-          const auto [at, fresh] = seen[row->twins].emplace(*uid, db);
-          if (!fresh && at->second != db) return;
+
+  // The number of records Read would hand over, without converting any.
+  std::size_t Count(MigrateKind kind) {
+    std::size_t count = 0;
+    MigrationContext context{codePage_, nullptr};
+    Visit(kind, false, [&](const MigrateDatabaseRow& row, ByteView body) { count += row.read(body, context) ? 1 : 0; });
+    return count;
+  }
+
+ private:
+  // visit(row, body) for every record of the kind, twins once.
+  template <class Fn>
+  void Visit(MigrateKind kind, bool reading, Fn&& visit) {
+    const DatabaseTree& tree = ws_.tree();
+    std::size_t twins = 0;
+    for (const Database& database : databases_)
+      if (database.row->kind == kind && database.row->twins != Twins::None)
+        twins += static_cast<std::size_t>(tree.ChildCount(database.node));
+    // One family per kind: the table's twins never mix kinds.
+    FirstOwners seen(twins);
+    for (const Database& database : databases_) {
+      if (database.row->kind != kind) continue;
+      const NodeId db = database.node;
+      const MigrateDatabaseRow& row = *database.row;
+      tree.ForEachChild(db, [&](NodeId record) {
+        if (reading) {
+          if (stopped_ || (cancelled_ && (stopped_ = cancelled_()))) return;
+          Report(progress_, ++done_, total_);
         }
-      }
-      if (!row->read(body, context)) ++out.skipped[Index(row->kind)];
-    });
+        const auto tag = tree.Tag(record);
+        if (!tag) return;
+        const ByteView body = ws_.Body(*tag);
+        if (row.twins != Twins::None) {
+          if (const auto uid = RecordUid(body); uid && seen.Owner(*uid, db) != db) return;
+        }
+        visit(row, body);
+      });
+    }
   }
-  return out;
-}
 
-// The content of every wanted kind that has records, in the table's order.
-Result<std::vector<Output>> BuildContents(const MigratedBackup& backup, const KindFlags& wanted, std::time_t now) {
-  const ContactNames names(backup.contacts);
-  std::vector<Output> outputs;
-  using Build = std::function<Result<std::string>()>;
-  auto add = [&](MigrateKind kind, std::string name, std::size_t count, const Build& build) -> Status {
-    if (!wanted[Index(kind)] || count == 0) return Ok();
-    auto content = build();
-    if (!content) return content.failure();
-    Output& out = outputs.emplace_back(kind, std::move(name), count);
-    out.content = std::move(content.value());
-    return Ok();
-  };
-  Status built = add(MigrateKind::Contacts, "contacts.vcf", backup.contacts.size(),
-                     [&]() -> Result<std::string> { return VCardFile(backup.contacts); });
-  if (built) built = add(MigrateKind::Calendar, "calendar.ics", backup.events.size() + backup.tasks.size(),
-                         [&] { return ICalendarFile(backup.events, backup.tasks, now); });
-  if (built) built = add(MigrateKind::Messages, "messages.xml", backup.messages.size(),
-                         [&] { return MessagesXml(backup.messages, names); });
-  if (built) built = add(MigrateKind::Calls, "calls.xml", backup.calls.size(),
-                         [&] { return CallsXml(backup.calls, names); });
-  if (built && wanted[Index(MigrateKind::Memos)] && !backup.memos.empty()) {
-    Output& memos = outputs.emplace_back(MigrateKind::Memos, "memos/", backup.memos.size());
-    memos.isFolder = true;
-    memos.folderFiles = MemoFiles(backup.memos);
-  }
-  if (built) built = add(MigrateKind::Bookmarks, "bookmarks.html", backup.bookmarks.size(),
-                         [&]() -> Result<std::string> { return BookmarksHtml(backup.bookmarks); });
-  if (built) built = add(MigrateKind::AutoText, "autotext.csv", backup.autoTexts.size(),
-                         [&]() -> Result<std::string> { return AutoTextCsv(backup.autoTexts); });
-  if (!built) return built.failure();
-  return outputs;
-}
+  const Workspace& ws_;
+  const CodePage& codePage_;
+  Progress* progress_;
+  const CancelCheck& cancelled_;
+  std::vector<Database> databases_;
+  std::size_t total_ = 0, done_ = 0;
+  std::array<std::size_t, kMigrateKindCount> skipped_{};
+  bool stopped_ = false;
+};
 
-// Builds every output under its temporary name, then puts them all in place;
-// a failure or a cancel before that removes what was built.
-Status WriteOutputs(std::vector<Output>& outputs, const std::string& outDir, const CancelCheck& cancelled,
-                    MigrationReport& report) {
-  std::error_code error;
-  fs::create_directories(outDir, error);
-  if (error) return IoFailure("Cannot create folder", outDir, error);
-  for (Output& out : outputs) {
-    if (cancelled && cancelled()) {
-      RemoveTemps(outputs);
-      report.cancelled = true;
-      return Ok();
-    }
-    if (Status s = BuildOutput(out, outDir); !s) {
-      RemoveTemps(outputs);
-      return s;
-    }
+// The contacts' pass feeds the names the message and call files look up, and
+// contacts.vcf when it is wanted.
+class ContactsSink final : public MigrationSink {
+ public:
+  ContactsSink(MigrationSink* vcard, ContactNames* names) : vcard_(vcard), names_(names) {}
+  void Add(const MigratedContact& contact) override {
+    if (names_) names_->Add(contact);
+    if (vcard_) vcard_->Add(contact);
   }
-  for (const Output& out : outputs) {
-    if (Status s = Publish(out, outDir); !s) {
-      RemoveTemps(outputs);
-      return s;
-    }
-    report.files.push_back({out.name, out.count});
-  }
-  return Ok();
-}
+
+ private:
+  MigrationSink* vcard_;
+  ContactNames* names_;
+};
+
+constexpr std::array<std::string_view, kMigrateKindCount> kFileNames = {
+    "contacts.vcf", "calendar.ics", "messages.xml", "calls.xml", "memos/", "bookmarks.html", "autotext.csv"};
 
 Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptions& options, Progress* progress,
                                        const CancelCheck& cancelled) {
@@ -265,23 +292,73 @@ Result<MigrationReport> MigrateRecords(const Workspace& ws, const MigrationOptio
   for (std::size_t i = 0; i < wanted.size(); ++i) wanted[i] = options.only.empty();
   for (MigrateKind kind : options.only) wanted[Index(kind)] = true;
   // Messages and calls name their contacts, so the address book is read for them too.
+  const bool needNames = wanted[Index(MigrateKind::Messages)] || wanted[Index(MigrateKind::Calls)];
   KindFlags read = wanted;
-  read[Index(MigrateKind::Contacts)] = wanted[Index(MigrateKind::Contacts)] || wanted[Index(MigrateKind::Messages)] ||
-                                       wanted[Index(MigrateKind::Calls)];
+  read[Index(MigrateKind::Contacts)] = wanted[Index(MigrateKind::Contacts)] || needNames;
 
   MigrationReport report;
-  Collected collected = CollectRecords(ws, read, codePage.value(), progress, cancelled);
-  if (collected.cancelled) {
+  RunFolder folder(options.outDir);
+  const PrepareFolder prepare = [&folder] { return folder.Prepare(); };
+  RecordWalk walk(ws, read, codePage.value(), progress, cancelled);
+  ContactNames names;
+  struct Built {
+    MigrateKind kind;
+    std::string temp;
+    std::size_t count;
+  };
+  std::vector<Built> built;
+  for (std::size_t i = 0; i < kMigrateKindCount; ++i) {
+    if (!read[i]) continue;
+    const auto kind = static_cast<MigrateKind>(i);
+    const std::string name(kFileNames[i]);
+    const std::string temp = wanted[i] ? folder.Temp(name) : std::string();
+    std::unique_ptr<MigrationOutput> output;
+    switch (kind) {
+      case MigrateKind::Contacts:
+        if (wanted[i]) output = std::make_unique<VCardFile>(temp, prepare);
+        break;
+      case MigrateKind::Calendar: output = std::make_unique<ICalendarFile>(temp, prepare, ws.clock()()); break;
+      case MigrateKind::Messages:
+        output = std::make_unique<MessagesXmlFile>(temp, prepare, walk.Count(kind), names);
+        break;
+      case MigrateKind::Calls: output = std::make_unique<CallsXmlFile>(temp, prepare, walk.Count(kind), names); break;
+      case MigrateKind::Memos: output = std::make_unique<MemoFolder>(temp, prepare); break;
+      case MigrateKind::Bookmarks: output = std::make_unique<BookmarksFile>(temp, prepare); break;
+      case MigrateKind::AutoText: output = std::make_unique<AutoTextFile>(temp, prepare); break;
+    }
+    if (kind == MigrateKind::Contacts) {
+      ContactsSink sink(output.get(), needNames ? &names : nullptr);
+      walk.Read(kind, sink);
+    } else {
+      walk.Read(kind, *output);
+    }
+    if (walk.cancelled()) {
+      report.cancelled = true;
+      return report;
+    }
+    if (!output) continue;
+    if (Status finished = output->Finish(); !finished) {
+      folder.KeepFolder();
+      return UnderFinalName(finished.failure(), temp, TargetName(options.outDir, name));
+    }
+    if (output->count() > 0) built.push_back({kind, temp, output->count()});
+  }
+  for (std::size_t i = 0; i < kMigrateKindCount; ++i)
+    if (walk.skipped(static_cast<MigrateKind>(i)) > 0 && wanted[i])
+      report.skipped.push_back({kKindNames[i], walk.skipped(static_cast<MigrateKind>(i))});
+  if (cancelled && !built.empty() && cancelled()) {
     report.cancelled = true;
     return report;
   }
-  for (std::size_t i = 0; i < kMigrateKindCount; ++i)
-    if (collected.skipped[i] > 0 && wanted[i]) report.skipped.push_back({kKindNames[i], collected.skipped[i]});
-  auto outputs = BuildContents(collected.backup, wanted, ws.clock()());
-  if (!outputs) return outputs.failure();
-  if (outputs->empty()) return report;
-  if (Status written = WriteOutputs(outputs.value(), options.outDir, cancelled, report); !written)
-    return written.failure();
+  for (const Built& b : built) {
+    const std::string name(kFileNames[Index(b.kind)]);
+    if (Status s = Publish(b.temp, TargetName(options.outDir, name), name.back() == '/'); !s) {
+      folder.KeepFolder();
+      return s.failure();
+    }
+    report.files.push_back({name, b.count});
+  }
+  folder.Published();
   return report;
 }
 
