@@ -78,7 +78,8 @@ const RecordFormatter::Layout& RecordFormatter::LayoutOf(const KindSpec& kind, b
     else
       pending.append(first ? "" : context_.delimiter).append("\"");
     layout.members.push_back(static_cast<std::uint8_t>(i));
-    layout.joins.push_back(std::exchange(pending, asText ? "" : "\""));
+    layout.joins.push_back(std::move(pending));
+    pending = asText ? std::string() : std::string(1, '"');
   });
   layout.joins.push_back(pending);
   for (const std::string& join : layout.joins) layout.joinsSize += join.size();
