@@ -51,6 +51,21 @@ TEST_F(LoadTest, RootDatabasesAndRecordsInCollectionOrderWithStatusMenusAndCapti
   EXPECT_FALSE(ws.tree().size() > 1 || ws.menus().saveAs || ws.menus().manipulate);
 }
 
+// The counts need no record nodes; a tag keeps its offsets whatever their size.
+TEST_F(LoadTest, DatabasesOnlyKeepsTheCountsAndTagsKeepAnyOffset) {
+  IpdBuilder b;
+  b.Database("Handheld Agent").Database("Memos").Add(Memo(1, "m"));
+  ASSERT_TRUE(ws.Load(folder.Write("b.ipd", b.Build()), StoredSettings{}, nullptr, TreeScope::DatabasesOnly));
+  EXPECT_EQ(Shape(), (std::vector<std::string>{"Handheld Agent", "Memos"}));
+  EXPECT_NE(ws.status().details.find(" 1 Memos, "), std::string::npos);
+  DatabaseTree tree;
+  const NodeId top = tree.Add(kNoNode, "Top", "t", ImageKey::None);
+  for (RecordSpan span : {RecordSpan{7, 9}, RecordSpan{-1, std::int64_t{5} << 32}, RecordSpan{8, 10}})
+    tree.Add(top, "", "r", ImageKey::None, span);
+  EXPECT_EQ(tree.TagText(1) + " " + tree.TagText(2) + " " + tree.TagText(3), "7:9 -1:21474836480 8:10");
+  EXPECT_EQ(tree.FindByTag("8:10"), 3);
+}
+
 TEST_F(LoadTest, SlotsZeroAndOneOutliveTheFileThatSetThem) {
   ASSERT_TRUE(LoadBytes(IpdBuilder().Database("Memos").Database("SMS Messages").Database("Browser Bookmarks").Build()));
   // Database 2 of the next file is read as bookmarks (slot 0 is tested before Memos).
