@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <memory>
 #include <set>
 #include <string_view>
@@ -99,6 +100,65 @@ Status Copy(zip_t* za, const PlannedEntry& entry, const std::string& archivePath
   return Ok();
 }
 
+// Serves an EntryContent to libzip the way its own file source serves a file:
+// the size and time in the stat, the host system and permissions as file
+// attributes, so the entry's headers come out as they would for the file.
+struct ContentSource {
+  ContentSource(EntryContent* c, std::time_t t, std::uint32_t m) : content(c), mtime(t), mode(m) {
+    zip_error_init(&error);
+  }
+  ~ContentSource() { zip_error_fini(&error); }
+  ContentSource(const ContentSource&) = delete;
+  ContentSource& operator=(const ContentSource&) = delete;
+
+  EntryContent* content;
+  std::time_t mtime;
+  std::uint32_t mode;
+  zip_error_t error;
+};
+
+zip_int64_t ServeContent(void* userdata, void* data, zip_uint64_t length, zip_source_cmd_t command) {
+  auto* source = static_cast<ContentSource*>(userdata);
+  switch (command) {
+    case ZIP_SOURCE_OPEN:
+      source->content->Rewind();
+      return 0;
+    case ZIP_SOURCE_READ:
+      return static_cast<zip_int64_t>(source->content->Read(
+          static_cast<std::uint8_t*>(data), static_cast<std::size_t>(std::min<zip_uint64_t>(length, ZIP_INT64_MAX))));
+    case ZIP_SOURCE_CLOSE:
+      return 0;
+    case ZIP_SOURCE_STAT: {
+      zip_stat_t* st = ZIP_SOURCE_GET_ARGS(zip_stat_t, data, length, &source->error);
+      if (!st) return -1;
+      zip_stat_init(st);
+      st->valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
+      st->size = source->content->Size();
+      st->mtime = source->mtime;
+      return sizeof(*st);
+    }
+    case ZIP_SOURCE_GET_FILE_ATTRIBUTES: {
+      zip_file_attributes_t* attributes = ZIP_SOURCE_GET_ARGS(zip_file_attributes_t, data, length, &source->error);
+      if (!attributes) return -1;
+      zip_file_attributes_init(attributes);
+      attributes->valid = ZIP_FILE_ATTRIBUTES_HOST_SYSTEM | ZIP_FILE_ATTRIBUTES_EXTERNAL_FILE_ATTRIBUTES;
+      attributes->host_system = ZIP_OPSYS_UNIX;
+      attributes->external_file_attributes = source->mode << 16;
+      return sizeof(*attributes);
+    }
+    case ZIP_SOURCE_ERROR:
+      return zip_error_to_data(&source->error, data, length);
+    case ZIP_SOURCE_FREE:
+      return 0;
+    case ZIP_SOURCE_SUPPORTS:
+      return ZIP_SOURCE_SUPPORTS_READABLE | ZIP_SOURCE_MAKE_COMMAND_BITMASK(ZIP_SOURCE_GET_FILE_ATTRIBUTES) |
+             ZIP_SOURCE_MAKE_COMMAND_BITMASK(ZIP_SOURCE_SUPPORTS);
+    default:
+      zip_error_set(&source->error, ZIP_ER_OPNOTSUPP, 0);
+      return -1;
+  }
+}
+
 }  // namespace
 
 Status ExtractArchive(const std::string& archivePath, const std::string& folder, const ExtractLimits& limits) {
@@ -157,9 +217,22 @@ Status CreateArchive(const std::string& archivePath, const std::vector<ArchiveEn
   int code = 0;
   zip_t* za = zip_open(archivePath.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code);
   if (!za) return Fail("Cannot create " + archivePath + ": " + ErrorText(code));
+  // libzip reads the sources in zip_close and frees them with the archive, so
+  // what they serve goes after the archive handle.
+  std::vector<std::unique_ptr<ContentSource>> contents;
   ArchiveHandle archive(za);
   for (const ArchiveEntry& entry : entries) {
-    zip_source_t* source = zip_source_file(za, entry.file.c_str(), 0, -1);
+    zip_source_t* source = nullptr;
+    if (entry.content) {
+      struct stat st {};
+      if (::stat(entry.file.c_str(), &st) != 0)
+        return Fail("Cannot add " + entry.name + " to " + archivePath + ": " + std::strerror(errno));
+      contents.push_back(
+          std::make_unique<ContentSource>(entry.content, st.st_mtime, static_cast<std::uint32_t>(st.st_mode)));
+      source = zip_source_function(za, ServeContent, contents.back().get());
+    } else {
+      source = zip_source_file(za, entry.file.c_str(), 0, -1);
+    }
     if (!source) return Fail("Cannot add " + entry.file + " to " + archivePath + ": " + zip_strerror(za));
     const zip_int64_t index = zip_file_add(za, entry.name.c_str(), source, ZIP_FL_ENC_UTF_8);
     if (index < 0) {
