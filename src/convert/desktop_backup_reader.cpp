@@ -1,12 +1,15 @@
 #include "convert/desktop_backup_reader.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <initializer_list>
+#include <memory>
+#include <new>
 #include <optional>
 
 #include "convert/xml_document.h"
@@ -49,6 +52,54 @@ std::optional<ByteView> WalkDat(ByteView dat, Out& out, Progress* progress) {
   if (!walked) return std::nullopt;
   return table->entries.front().Bytes(dat);
 }
+
+// One buffer for every .dat of a backup, sized once to the largest and filled
+// by read() alone: the files cost neither a zero fill nor fresh memory each.
+class DatBuffer {
+ public:
+  // Best effort: a failure here is reported by the Read that needs the room.
+  void Reserve(std::size_t size) {
+    if (size <= capacity_) return;
+    data_.reset();
+    capacity_ = 0;
+    data_.reset(new (std::nothrow) std::uint8_t[size]);
+    if (!data_) return;
+    capacity_ = size;
+    PreferHugePages(data_.get(), size);
+  }
+
+  // The file's bytes and failures as ReadWholeFile gives them.
+  Result<ByteView> Read(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return Fail("Cannot open " + path + ": " + std::strerror(errno));
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+      if (S_ISDIR(st.st_mode)) errno = EISDIR;
+      Failure failure = Fail("Cannot open " + path + ": " + std::strerror(errno));
+      ::close(fd);
+      return failure;
+    }
+    const auto size = static_cast<std::size_t>(st.st_size);
+    Reserve(size);
+    if (size > capacity_) {
+      ::close(fd);
+      return Fail("Not enough memory to load " + path);
+    }
+    std::size_t done = 0;
+    while (done < size) {
+      const ssize_t n = ::read(fd, data_.get() + done, size - done);
+      if (n < 0 && errno == EINTR) continue;
+      if (n <= 0) break;
+      done += static_cast<std::size_t>(n);
+    }
+    ::close(fd);
+    return ByteView(data_.get(), done);
+  }
+
+ private:
+  std::unique_ptr<std::uint8_t[]> data_;
+  std::size_t capacity_ = 0;
+};
 
 // Creates or truncates `path` and writes the pieces, then the whole content of
 // the file `tail`, copied by the kernel. On failure `path` is removed.
@@ -124,6 +175,15 @@ Result<std::string> ConvertWindows(const XmlDocument& manifest, const WorkFolder
   // one .dat is held at a time; a failure leaves no part behind.
   BufferedFileWriter records(work.rPart, BufferedFileWriter::Mode::Truncating);
   Bytes names;
+  DatBuffer buffer;
+  std::size_t largest = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    struct stat st {};
+    const auto& uid = uids.value()[i];
+    if (uid && IsSafeUid(*uid) && ::stat(JoinPath(work.folder, *uid + ".dat").c_str(), &st) == 0 && S_ISREG(st.st_mode))
+      largest = std::max(largest, static_cast<std::size_t>(st.st_size));
+  }
+  buffer.Reserve(largest);
   for (std::size_t i = 0; i < count; ++i) {
     const auto& uid = uids.value()[i];
     if (!uid) return Fail("Database " + std::to_string(i + 1) + " of Manifest.xml has no uid");
@@ -131,7 +191,7 @@ Result<std::string> ConvertWindows(const XmlDocument& manifest, const WorkFolder
     const std::string dat = JoinPath(work.folder, *uid + ".dat");
     if (::access(dat.c_str(), F_OK) != 0)
       return Fail("The desktop backup lacks " + *uid + ".dat, which Manifest.xml lists");
-    auto bytes = ReadWholeFile(dat);
+    auto bytes = buffer.Read(dat);
     if (!bytes) return bytes.failure();
     const auto name = WalkDat(bytes.value(), records, progress);
     if (!name) return Truncated(FileNameOf(dat));
