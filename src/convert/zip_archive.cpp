@@ -181,13 +181,17 @@ Deflated Deflate(EntryContent& content) {
 }
 
 // Deflates the contents on up to as many threads as the machine has cores,
-// the largest first, so one large entry does not wait behind small ones. With
-// one core (or one entry) nothing is done ahead: libzip deflates as it writes,
-// and nothing is held.
+// the largest first, so one large entry does not wait behind small ones; the
+// deflated entries (about a quarter of the backup) are held until zip_close
+// writes them. With one core (or one entry) nothing is done ahead: libzip
+// deflates as it writes, and nothing is held.
 std::vector<Deflated> DeflateAhead(const std::vector<EntryContent*>& contents) {
   const std::size_t threads =
       std::min<std::size_t>({std::max(1u, std::thread::hardware_concurrency()), contents.size(), 4});
   if (threads < 2) return {};
+  // Past 4 GiB the headers depend on how libzip learns the sizes: left to it.
+  for (const EntryContent* content : contents)
+    if (content->Size() >= 0xFFFFFFFFu) return {};
   std::vector<std::size_t> order(contents.size());
   for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
   std::stable_sort(order.begin(), order.end(),

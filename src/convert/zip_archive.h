@@ -37,7 +37,8 @@ Status ExtractArchive(const std::string& archivePath, const std::string& folder,
 // already in memory is deflated from where it lies instead of from a file
 // written out first. Read fills `out` from the start onwards (Rewind goes back
 // to the start) and returns how many bytes it gave, 0 once Size() have been
-// given.
+// given. CreateArchive may read several contents at once on other threads, so
+// contents must not share anything they change.
 class EntryContent {
  public:
   virtual ~EntryContent() = default;
