@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -68,11 +69,27 @@ void CheckDatReader(ByteView dat, const std::string& name) {
 
 // The .dat files the Windows writer makes of an IPD are the ones their
 // definition gives, and it refuses exactly where the definition stops.
+// The archive reads each .dat in pieces of libzip's choosing: pieces of 1 to 7
+// bytes cut record ids apart wherever they can be.
 void CheckDatWriter(ByteView ipd) {
   std::vector<Bytes> dats;
   const auto summaries = SummarizeForSave(ipd, &dats);
   const auto expected = DatsByHex(ipd);
   if (summaries.ok() != expected.has_value() || (expected && dats != *expected)) std::abort();
+  std::vector<DatLayout> layouts;
+  if (LayOutDats(ipd, layouts).ok() != summaries.ok() || layouts.size() != dats.size()) std::abort();
+  for (std::size_t i = 0; i < layouts.size(); ++i) {
+    DatContent content(ipd, layouts[i]);
+    Bytes pieced(layouts[i].size + 8);
+    std::size_t at = 0;
+    for (std::size_t n = 1 + i % 7; at < pieced.size(); n = n % 7 + 1) {
+      const std::size_t given = content.Read(pieced.data() + at, std::min(n, pieced.size() - at));
+      if (given == 0) break;
+      at += given;
+    }
+    pieced.resize(at);
+    if (content.Size() != dats[i].size() || pieced != dats[i]) std::abort();
+  }
 }
 
 // Manifest (Windows kind) or BlackBerry_Backup.xml (Mac kind) first, then the

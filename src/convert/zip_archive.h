@@ -33,9 +33,27 @@ struct ExtractLimits {
 // it stay in `folder` (the caller owns the folder).
 Status ExtractArchive(const std::string& archivePath, const std::string& folder, const ExtractLimits& limits = {});
 
+// The bytes of an entry made while the archive is written, so that content
+// already in memory is deflated from where it lies instead of from a file
+// written out first. Read fills `out` from the start onwards (Rewind goes back
+// to the start) and returns how many bytes it gave, 0 once Size() have been
+// given. CreateArchive may read several contents at once on other threads, so
+// contents must not share anything they change.
+class EntryContent {
+ public:
+  virtual ~EntryContent() = default;
+  virtual std::uint64_t Size() const = 0;
+  virtual void Rewind() = 0;
+  virtual std::size_t Read(std::uint8_t* out, std::size_t n) = 0;
+};
+
 struct ArchiveEntry {
   std::string name;  // inside the archive, "/" as the separator
   std::string file;  // on disk
+  // When set, the entry's bytes come from here instead of `file`, and it takes
+  // `file`'s time and permissions, as if the bytes had been written to a file
+  // beside it at that time. The content must live until CreateArchive returns.
+  EntryContent* content = nullptr;
 };
 
 // Writes a new archive (replacing any file at `archivePath`) with the entries in
