@@ -1,7 +1,7 @@
-// The window's tree model over a well-used handheld: the load, then the child
-// index the model builds, then the rows a view asks for when a database is
-// expanded and scrolled to its end. The model answers from its child index, so
-// none of this walks the records per row.
+// The window's tree model over a well-used handheld: the load, then the rows a
+// view asks for when a database is expanded and scrolled to its end. The model
+// answers from the tree's child lists and labels only the rows it is asked to
+// show, so none of this walks the records per row.
 
 #include <benchmark/benchmark.h>
 
@@ -16,7 +16,7 @@
 namespace orchidlamp {
 namespace {
 
-void BM_LoadAndIndexTreeModel(benchmark::State& state) {
+void BM_LoadAndShowTreeModel(benchmark::State& state) {
   const std::size_t records = static_cast<std::size_t>(state.range(0));
   testing::TempFolder folder;
   const std::string path = folder.File("large.ipd");
@@ -34,12 +34,15 @@ void BM_LoadAndIndexTreeModel(benchmark::State& state) {
     for (int d = 0; d < model.rowCount(root); ++d) {
       const QModelIndex db = model.index(d, 0, root);
       const int rows = model.rowCount(db);
-      if (rows > 0) benchmark::DoNotOptimize(model.parent(model.index(rows - 1, 0, db)));
+      if (rows == 0) continue;
+      const QModelIndex last = model.index(rows - 1, 0, db);
+      benchmark::DoNotOptimize(model.parent(last));
+      benchmark::DoNotOptimize(model.data(last));
     }
   }
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * records));
 }
-BENCHMARK(BM_LoadAndIndexTreeModel)->Arg(200'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadAndShowTreeModel)->Arg(200'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace orchidlamp
