@@ -44,6 +44,19 @@ TEST_F(SplitTest, TickedDatabasesAndRecordsTakeTheCounterOfTickedDatabasesAsThei
                                    Renumbered(mark, 1), Renumbered(t2, 2)}));
 }
 
+// The root is known by its text: a record whose label reads as the root's text is passed over too.
+TEST_F(SplitTest, ARecordLabelledLikeTheRootIsLeftOut) {
+  const Record lookalike = TaskRecord(1, folder.File("open.ipd")), task = TaskRecord(1, "t");
+  IpdBuilder b;
+  b.Database("Handheld Agent").Database("Tasks").Add(lookalike).Add(task);
+  Open(b.Build());
+  sel = LoadSelectionTree(ws.tree());
+  Tick("Top");
+  const std::string out = folder.File("split.ipd");
+  ASSERT_TRUE(SplitTo(out));
+  EXPECT_EQ(ReadFile(out), Concat({Header(1), NameBytes("Tasks"), Renumbered(task, 0)}));
+}
+
 TEST_F(SplitTest, WritesOverALongerFileWithoutTruncatingAndFailuresWriteNothing) {
   IpdBuilder b;
   b.Database("Handheld Agent").Database("Tasks").Add(TaskRecord(1, "t"));
