@@ -106,28 +106,18 @@ class DatBuffer {
 Status WriteJoined(const std::string& path, std::initializer_list<ByteView> pieces, const std::string& tail) {
   if (FolderExists(path)) return Fail("Cannot write " + path + ": it is a folder");
   const int out = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  if (out < 0) return Fail("Cannot write " + path + ": " + std::strerror(errno));
+  if (out < 0) return SystemFailure("Cannot write", path);
   const int in = ::open(tail.c_str(), O_RDONLY | O_CLOEXEC);
   auto fail = [&](const std::string& what, const std::string& file) -> Status {
-    Failure failure = Fail(what + " " + file + ": " + std::strerror(errno));
+    Failure failure = SystemFailure(what, file);
     if (in >= 0) ::close(in);
     ::close(out);
     ::unlink(path.c_str());
     return failure;
   };
   if (in < 0) return fail("Cannot read", tail);
-  auto writeAll = [&](const std::uint8_t* data, std::size_t size) {
-    while (size > 0) {
-      const ssize_t n = ::write(out, data, size);
-      if (n < 0 && errno == EINTR) continue;
-      if (n < 0) return false;
-      data += n;
-      size -= static_cast<std::size_t>(n);
-    }
-    return true;
-  };
   for (ByteView piece : pieces)
-    if (!writeAll(piece.data(), piece.size())) return fail("Cannot write", path);
+    if (!WriteFully(out, piece)) return fail("Cannot write", path);
   bool copying = true;
   for (;;) {
     const ssize_t n = ::copy_file_range(in, nullptr, out, nullptr, std::size_t{1} << 30, 0);
@@ -148,12 +138,12 @@ Status WriteJoined(const std::string& path, std::initializer_list<ByteView> piec
       if (n < 0 && errno == EINTR) continue;
       if (n < 0) return fail("Cannot read", tail);
       if (n == 0) break;
-      if (!writeAll(chunk.data(), static_cast<std::size_t>(n))) return fail("Cannot write", path);
+      if (!WriteFully(out, ByteView(chunk).first(static_cast<std::size_t>(n)))) return fail("Cannot write", path);
     }
   }
   ::close(in);
   if (::close(out) != 0) {
-    Failure failure = Fail("Cannot write " + path + ": " + std::strerror(errno));
+    Failure failure = SystemFailure("Cannot write", path);
     ::unlink(path.c_str());
     return failure;
   }

@@ -22,22 +22,6 @@ namespace {
 constexpr std::string_view kDatabasesFolder = "Databases";
 constexpr std::size_t kCopyChunk = std::size_t{1} << 20;
 
-Failure SystemFailure(const std::string& what, const std::string& path) {
-  return Fail(what + " " + path + ": " + std::strerror(errno));
-}
-
-// Writes all of `bytes`; the descriptor stays open either way.
-bool WriteFully(int fd, const std::uint8_t* bytes, std::size_t size) {
-  while (size > 0) {
-    const ssize_t n = ::write(fd, bytes, size);
-    if (n < 0 && errno == EINTR) continue;
-    if (n < 0) return false;
-    bytes += n;
-    size -= static_cast<std::size_t>(n);
-  }
-  return true;
-}
-
 // Copies `from` into `to` (created or truncated) through one fixed buffer, so a
 // file of any size costs the buffer. The texts are those of reading `from`
 // whole and writing it out: a read error ends the copy where it stands.
@@ -68,7 +52,7 @@ Status CopyFile(const std::string& from, const std::string& to) {
     const ssize_t n = ::read(in, chunk.data(), chunk.size());
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) break;
-    if (!WriteFully(out, chunk.data(), static_cast<std::size_t>(n))) {
+    if (!WriteFully(out, ByteView(chunk).first(static_cast<std::size_t>(n)))) {
       Failure failure = SystemFailure("Cannot write", to);
       ::close(out);
       ::close(in);

@@ -15,29 +15,17 @@
 namespace orchidlamp {
 namespace {
 
-Failure IoFailure(const std::string& what, const std::string& path) {
-  return Fail(what + " " + path + ": " + std::strerror(errno));
-}
-
 // Writes and keeps the descriptor open; closes it only on failure.
 Status WriteOpen(int fd, const std::string& path, ByteView bytes) {
-  std::size_t done = 0;
-  while (done < bytes.size()) {
-    const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      Failure f = IoFailure("Cannot write", path);
-      ::close(fd);
-      return f;
-    }
-    done += static_cast<std::size_t>(n);
-  }
-  return Ok();
+  if (WriteFully(fd, bytes)) return Ok();
+  Failure f = SystemFailure("Cannot write", path);
+  ::close(fd);
+  return f;
 }
 
 Status WriteAll(int fd, const std::string& path, ByteView bytes) {
   if (Status written = WriteOpen(fd, path, bytes); !written) return written;
-  if (::close(fd) != 0) return IoFailure("Cannot write", path);
+  if (::close(fd) != 0) return SystemFailure("Cannot write", path);
   return Ok();
 }
 
@@ -55,7 +43,7 @@ Status WriteWithFlags(const std::string& path, ByteView bytes, int flags) {
   if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail("Cannot write " + path + ": it is a folder");
   bool created = false;
   const int fd = OpenForWriting(path, flags, created);
-  if (fd < 0) return IoFailure("Cannot write", path);
+  if (fd < 0) return SystemFailure("Cannot write", path);
   Status written = WriteAll(fd, path, bytes);
   if (!written && created) ::unlink(path.c_str());
   return written;
@@ -63,13 +51,27 @@ Status WriteWithFlags(const std::string& path, ByteView bytes, int flags) {
 
 }  // namespace
 
+Failure SystemFailure(const std::string& what, const std::string& path) {
+  return Fail(what + " " + path + ": " + std::strerror(errno));
+}
+
+bool WriteFully(int fd, ByteView bytes) {
+  while (!bytes.empty()) {
+    const ssize_t n = ::write(fd, bytes.data(), bytes.size());
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(n));
+  }
+  return true;
+}
+
 Result<Bytes> ReadWholeFile(const std::string& path) {
   const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return IoFailure("Cannot open", path);
+  if (fd < 0) return SystemFailure("Cannot open", path);
   struct stat st {};
   if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
     if (S_ISDIR(st.st_mode)) errno = EISDIR;
-    Failure f = IoFailure("Cannot open", path);
+    Failure f = SystemFailure("Cannot open", path);
     ::close(fd);
     return f;
   }
@@ -120,14 +122,14 @@ Status WriteConcatenated(const std::string& path, std::initializer_list<ByteView
   struct stat st {};
   if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail("Cannot write " + path + ": it is a folder");
   const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  if (fd < 0) return IoFailure("Cannot write", path);
+  if (fd < 0) return SystemFailure("Cannot write", path);
   for (ByteView piece : pieces)
     if (Status written = WriteOpen(fd, path, piece); !written) {
       ::unlink(path.c_str());
       return written;
     }
   if (::close(fd) != 0) {
-    Failure f = IoFailure("Cannot write", path);
+    Failure f = SystemFailure("Cannot write", path);
     ::unlink(path.c_str());
     return f;
   }
@@ -142,7 +144,7 @@ BufferedFileWriter::BufferedFileWriter(const std::string& path, Mode mode, std::
     return;
   }
   fd_ = OpenForWriting(path, mode == Mode::Truncating ? O_TRUNC : 0, created_);
-  if (fd_ < 0) failure_ = IoFailure("Cannot write", path);
+  if (fd_ < 0) failure_ = SystemFailure("Cannot write", path);
 }
 
 BufferedFileWriter::~BufferedFileWriter() {
@@ -179,7 +181,7 @@ Status BufferedFileWriter::Finish() {
   if (failure_) return *failure_;
   const int fd = fd_;
   fd_ = -1;
-  if (::close(fd) != 0) return IoFailure("Cannot write", path_);
+  if (::close(fd) != 0) return SystemFailure("Cannot write", path_);
   finished_ = true;
   return Ok();
 }
@@ -191,7 +193,7 @@ bool FolderExists(const std::string& path) {
 
 Status CreateFolder(const std::string& path) {
   if (FolderExists(path)) return Ok();
-  if (::mkdir(path.c_str(), 0755) != 0) return IoFailure("Cannot create folder", path);
+  if (::mkdir(path.c_str(), 0755) != 0) return SystemFailure("Cannot create folder", path);
   return Ok();
 }
 

@@ -13,6 +13,13 @@
 
 namespace orchidlamp {
 
+// "WHAT PATH: " and the system's reason for the last failed call.
+Failure SystemFailure(const std::string& what, const std::string& path);
+
+// Writes all of `bytes` to an open descriptor, again after interruptions; the
+// descriptor stays open either way and errno tells why it stopped.
+bool WriteFully(int fd, ByteView bytes);
+
 // A file larger than the memory the process may have gives "Not enough memory
 // to load PATH" rather than an exception.
 Result<Bytes> ReadWholeFile(const std::string& path);

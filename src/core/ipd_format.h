@@ -129,6 +129,23 @@ RecordWalk WalkRecords(ByteView file, std::size_t start, Visit&& visit,
   return walk;
 }
 
+// Sizes `tree` for the records a walk from `start` will add: one counting walk,
+// so every column and child list grows once however many records there are.
+// `databaseNodes[id]` is the node of database id (kNoNode: none); `keeps(id)`
+// says whether that database's records get nodes.
+template <class Keeps>
+void ReserveRecordNodes(DatabaseTree& tree, ByteView file, std::size_t start, const std::vector<NodeId>& databaseNodes,
+                        Keeps&& keeps) {
+  std::vector<std::size_t> perDatabase(databaseNodes.size(), 0);
+  std::size_t known = 0;
+  (void)WalkRecords(file, start, [&](const RecordLocation& r) {
+    if (r.databaseId < perDatabase.size() && keeps(r.databaseId)) ++perDatabase[r.databaseId], ++known;
+  });
+  tree.Reserve(tree.size() + known);
+  for (std::size_t i = 0; i < databaseNodes.size(); ++i)
+    if (databaseNodes[i] != kNoNode) tree.ReserveChildren(databaseNodes[i], perDatabase[i]);
+}
+
 // The bytes of a span, clipped to the file (a span the index made is always inside).
 ByteView BodyOf(ByteView file, const RecordSpan& span);
 

@@ -75,19 +75,10 @@ Status Workspace::LoadIndex(Progress* progress, TreeScope scope) {
     databaseNodes[i] = tree_.Add(root, std::to_string(i) + std::string(kDatabaseKeySuffix), entry.cleaned, ImageKey::None);
   }
 
-  // Counted first so every column and child list is sized once: a million
-  // records must not pay for repeated growth.
   const bool records = scope == TreeScope::Records;
-  if (records) {
-    std::vector<std::size_t> perDatabase(databaseNodes.size(), 0);
-    std::size_t known = 0;
-    (void)WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
-      if (r.databaseId < perDatabase.size() && KindOfDatabase(r.databaseId)) ++perDatabase[r.databaseId], ++known;
-    });
-    tree_.Reserve(tree_.size() + known);
-    for (std::size_t i = 0; i < databaseNodes.size(); ++i)
-      if (databaseNodes[i] != kNoNode) tree_.ReserveChildren(databaseNodes[i], perDatabase[i]);
-  }
+  if (records)
+    ReserveRecordNodes(tree_, bytes, table->recordsStart, databaseNodes,
+                       [&](std::uint32_t id) { return KindOfDatabase(id).has_value(); });
 
   std::size_t seen = 0;
   const RecordWalk walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {

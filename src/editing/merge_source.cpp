@@ -51,15 +51,8 @@ Result<SecondFile> LoadSecondFile(const std::string& path, const RecordLabeller&
     return std::nullopt;
   };
 
-  // Counted first so the columns and child lists are sized once, as the main load does.
-  std::vector<std::size_t> perDatabase(databaseNodes.size(), 0);
-  std::size_t known = 0;
-  (void)WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
-    if (r.databaseId < perDatabase.size() && kindOf(r.databaseId)) ++perDatabase[r.databaseId], ++known;
-  });
-  tree.Reserve(tree.size() + known);
-  for (std::size_t i = 0; i < databaseNodes.size(); ++i)
-    if (databaseNodes[i] != kNoNode) tree.ReserveChildren(databaseNodes[i], perDatabase[i]);
+  ReserveRecordNodes(tree, bytes, table->recordsStart, databaseNodes,
+                     [&](std::uint32_t id) { return kindOf(id).has_value(); });
 
   const RecordWalk walked = WalkRecords(bytes, table->recordsStart, [&](const RecordLocation& r) {
     const auto kind = kindOf(r.databaseId);
